@@ -1,0 +1,39 @@
+// One loaded module and its life through the entry function.
+#pragma once
+
+#include <string>
+
+#include "corehost.h"
+#include "vx3/entry.h"
+
+namespace vx3::core
+{
+
+// Loads a shared library, walks it through the order of a life, and unloads it.
+// Main thread only. `table` must live as long as this object.
+class ModuleLoader
+{
+public:
+    ModuleLoader() = default;
+    ~ModuleLoader(); // as End and Unload
+
+    bool Load(const std::string& binary); // false: see Error()
+    // Actions 1, message 1, action 2, message 1001084, message 1000. False if one is refused.
+    bool Start(const VX3Host* table);
+    void End();    // message 200000272 and action 3, if started
+    void Unload(); // dlclose
+
+    int32_t Call(int32_t action, void* arg1 = nullptr, void* arg2 = nullptr, void* arg3 = nullptr);
+    int32_t Send(intptr_t message, void* data = nullptr);
+    const std::string& Error() const { return error; }
+
+private:
+    void* library = nullptr;
+    VX3EntryFunction entry = nullptr;
+    std::string path;
+    std::string error;
+    bool loaded = false;  // action 1 was called and not ended
+    bool started = false; // action 2 gave 1
+};
+
+} // namespace vx3::core
