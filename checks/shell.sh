@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Every shell script parses.
 set -uo pipefail
-cd "$(dirname "${BASH_SOURCE[0]}")/.."
+cd "$(dirname "${BASH_SOURCE[0]}")/.." || exit
 count=0
 bad=0
 while IFS= read -r file; do
