@@ -16,8 +16,9 @@ FileLimit = 600
 HeadLines = 30
 
 Opening = re.compile(r"^(\s*)\{\s*(?://.*)?$")
-Exception_ = re.compile(r"^\s*(?://|/\*|\*)\s*Budget:\s*([\w:~]+)[\s,]+\S", re.M)
+Excuse = re.compile(r"^\s*(?://|/\*|\*)\s*Budget:\s*([\w:~]+)[\s,]+\S", re.M)
 NoFunction = re.compile(r'^\s*(?:(?:inline\s+)?namespace|typedef|(?:template\s*<.*>\s*)?(?:class|struct|union|enum)|extern\s*"C")\b[^()]*$')
+TestCase = re.compile(r"^\s*(?:TYPED_)?TEST(?:_F|_P)?\(\w+,\s*(\w+)\)")
 NameOf = re.compile(r"([\w:~]*(?:operator\s*\S+?)?[\w~]*)\s*\(")
 
 
@@ -44,7 +45,8 @@ def Functions(lines):
             signature = " ".join(lines[first:number])[:400].split("{")[0]
             name = NameOf.search(signature)
             if name and not NoFunction.match(signature):
-                yield first + 1, name.group(1).split("::")[-1], number - first + 1
+                case = TestCase.match(signature)
+                yield first + 1, case.group(1) if case else name.group(1).split("::")[-1], number - first + 1
 
 
 problems = []
@@ -52,7 +54,7 @@ count = 0
 longest = (0, "none")
 for file in Files(CodeSuffixes):
     text = Text(file).splitlines()
-    excused = set(Exception_.findall("\n".join(text[:HeadLines])))
+    excused = set(Excuse.findall("\n".join(text[:HeadLines])))
     if len(text) > FileLimit and "file" not in excused:
         problems.append(f"{file}:1: {len(text)} lines")
     for line, function, length in Functions(text):
