@@ -4,7 +4,6 @@
 The patterns are written in pieces, so that this file passes its own check.
 """
 import re
-from pathlib import Path
 
 from tracked import Files, Finish, Root, Text
 
@@ -19,11 +18,9 @@ Unfinished = re.compile(r"\b(?:TO" r"DO|FIX" r"ME|XX" r"X|HA" r"CK|not imple" r"
 
 
 def MachinePaths():
-    """Where this checkout lies, as far as that is telling, and home folders."""
-    paths = [str(Root)]
-    if len(Root.parent.parts) > 1 and Root.parent not in (Path("/tmp"), Path("/home"), Path("/root"), Path("/usr/src")):
-        paths.append(str(Root.parent))
-    return re.compile("|".join(re.escape(path) + r"(?![\w.-])" for path in paths) + r"|(?<![\w/])/(?:home/(?!USER|user|you)[a-z]\w*|ro" r"ot)/")
+    """Where this checkout lies, unless that is a name that anything may have, and home folders."""
+    homes = r"(?<![\w/.])/(?:home/(?!USER|user|you)[a-z]\w*|ro" r"ot)/"
+    return re.compile(homes if len(Root.parts) < 3 else homes + "|" + re.escape(str(Root)) + r"(?![\w.-])")
 
 
 def ProblemsOf(name, line):
