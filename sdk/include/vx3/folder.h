@@ -22,10 +22,10 @@ enum {
     VX3_ENTRY_SPECIAL = 0x400 /* pipe, socket or device: a plain file of size 0 */
 };
 
-/* One entry of a folder. `name` is the caller's: a walk sets it anew for each entry;
- * the caller may move it out and leave it zeroed, and must free it with the text
- * section at the end. A size of a folder is 0. A creation date that the file system
- * does not keep is the modification date. */
+/* One entry of a folder. `name` is the caller's: a walk sets it anew for each entry. The
+ * caller may move it out and leave it zeroed, and at the end the caller must free what
+ * is in it with the text section. A size of a folder is 0. A creation date that the
+ * file system does not keep is the modification date. */
 typedef struct VX3FolderEntry {
     VX3String name;
     int64_t size;
@@ -34,6 +34,9 @@ typedef struct VX3FolderEntry {
     VX3FileDate modified;
     uint32_t reserved;
 } VX3FolderEntry;
+
+/* A bit of VX3FolderServices.remove: never into the trash, for files of the caller's own. */
+enum { VX3_REMOVE_FOR_GOOD = 0x10000 };
 
 /* Bits of VX3FolderServices.startWalk. */
 enum { VX3_WALK_HIDDEN = 1, VX3_WALK_READONLY = 2 };
@@ -78,7 +81,8 @@ typedef struct VX3FolderServices {
     VX3Bool (*copy)(const VX3Path* from, const VX3Path* to, uint32_t bits, int64_t size, VX3ProgressFunction progress, void* user,
                     VX3Bool* cancelled);
     /* Deletes a file, or a folder with all below it: into the desktop's trash where
-     * the host is set to, else for good. Refuses a mount point. Stops at the first
+     * the host is set to and the bits do not say VX3_REMOVE_FOR_GOOD, else for good.
+     * Refuses a mount point. Stops at the first
      * failure. `cancelled` may be none. [any-thread] [may-block] */
     VX3Bool (*remove)(const VX3Path* path, uint32_t bits, int64_t size, VX3ProgressFunction progress, void* user, VX3Bool* cancelled);
     /* 1 if both lie on one volume; of a path that does not exist its directory

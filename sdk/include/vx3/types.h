@@ -73,7 +73,7 @@ typedef struct VX3FileDate {
 /* Progress of a long operation. `mode` is 1 while counting and 2 while doing,
  * `count` is 1 for an element that begins and 0 for further bytes of the same one,
  * `size` is in bytes, `reserved` is 0. A negative result cancels.
- * Called on the thread that runs the operation. */
+ * Called on the thread that runs the operation. [owner-thread] */
 typedef int32_t (*VX3ProgressFunction)(void* user, int32_t mode, int32_t count, int64_t size, int32_t reserved);
 
 /* Objects of the host, made and freed by its calls. */

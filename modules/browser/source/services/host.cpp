@@ -1,0 +1,8 @@
+#include "services/host.h"
+
+namespace browser
+{
+
+const VX3Host* host = nullptr;
+
+} // namespace browser
