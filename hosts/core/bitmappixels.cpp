@@ -1,0 +1,48 @@
+#include "bitmappixels.h"
+
+#include <cstdlib>
+#include <cstring>
+
+namespace vx3::core
+{
+
+void Pixels::Free::operator()(uint8_t* block) const
+{
+    std::free(block);
+}
+
+bool Pixels::Allocate(int32_t newWidth, int32_t newHeight)
+{
+    if (newWidth < 1 || newHeight < 1 || newWidth > maximumSide || newHeight > maximumSide)
+        return false;
+    int64_t count = int64_t(newWidth) * newHeight;
+    if (count > maximumPixelCount)
+        return false;
+    // calloc and not new: large zeroed blocks cost nothing until they are written.
+    auto* block = static_cast<uint8_t*>(std::calloc(size_t(count), bytesPerPixel));
+    if (!block)
+        return false;
+    bytes.reset(block);
+    width = newWidth;
+    height = newHeight;
+    hasAlpha = false;
+    return true;
+}
+
+bool Pixels::CopyFrom(const Pixels& other)
+{
+    if (!Allocate(other.width, other.height))
+        return false;
+    std::memcpy(bytes.get(), other.bytes.get(), RowBytes() * size_t(height));
+    hasAlpha = other.hasAlpha;
+    return true;
+}
+
+void Pixels::MakeOpaque()
+{
+    uint8_t* end = bytes.get() + RowBytes() * size_t(height);
+    for (uint8_t* alpha = bytes.get() + 3; alpha < end; alpha += bytesPerPixel)
+        *alpha = opaque;
+}
+
+} // namespace vx3::core

@@ -1,0 +1,3 @@
+# Libraries of the picture codecs. Included where `vx3core` is made.
+pkg_check_modules(PICTURES REQUIRED IMPORTED_TARGET libturbojpeg libpng libtiff-4>=4.5 libavformat libavcodec libswscale libavutil)
+target_link_libraries(vx3core PRIVATE PkgConfig::PICTURES)
