@@ -1,0 +1,63 @@
+// What the system says of one file, as the boundary tells it.
+#pragma once
+
+#include <string>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "localdate.h"
+#include "vx3/folder.h"
+
+namespace vx3::core
+{
+
+// A file of the whole machine: device and number on it.
+struct FileIdentity {
+    uint64_t device = 0;
+    uint64_t number = 0;
+
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+};
+
+FileIdentity IdentityOf(const struct statx& status);
+
+constexpr unsigned entryFields = STATX_TYPE | STATX_MODE | STATX_UID | STATX_GID | STATX_SIZE | STATX_MTIME | STATX_BTIME | STATX_INO;
+
+enum class Freshness {
+    Cached, // what the system knows already: never waits for a server
+    Asked,  // as fresh as the file system offers
+};
+
+// One system call on a name below an open folder, or on a path with AT_FDCWD.
+bool ReadStatus(int folder, const char* name, bool followLink, struct statx& status, Freshness freshness = Freshness::Asked);
+
+// Whose rights count: the user and groups of this process, asked for once.
+class WriteRights
+{
+public:
+    WriteRights();
+    // No write bit in the mode tells a read-only file even where the user may do all.
+    bool IsReadOnly(const struct statx& status) const;
+
+private:
+    uint32_t user;
+    static constexpr int mostGroups = 64; // further ones are passed over
+    uint32_t groups[mostGroups];
+    int groupCount;
+};
+
+// Fills all fields but the name and the flags that come from the name and from links.
+void DescribeStatus(const struct statx& status, const WriteRights& rights, LocalDates& dates, VX3FolderEntry& entry);
+
+// The three calls of the table.
+bool FileExists(const std::string& native);
+bool InspectFile(const std::string& native, VX3FolderEntry& entry);
+bool DateOfFile(const std::string& native, int32_t kind, VX3FileDate& date);
+
+// The part of a path in front of the last slash, and behind it. Of `/` both are `/`
+// and empty.
+std::string FolderOf(const std::string& native);
+std::string LastOf(const std::string& native);
+
+} // namespace vx3::core

@@ -1,0 +1,174 @@
+// The section of the file system: paths of the boundary become native bytes here, and
+// nothing that fails inside leaves as an exception.
+#include <exception>
+
+#include "fileoperations.h"
+#include "filestatus.h"
+#include "folderwalk.h"
+#include "hoststate.h"
+#include "livecounts.h"
+#include "services.h"
+#include "values.h"
+#include "volumes.h"
+
+struct VX3FolderWalk {
+    std::unique_ptr<vx3::core::FolderWalk> walk;
+};
+
+struct VX3VolumeWalk {
+    std::vector<vx3::core::VolumeFacts> volumes;
+    size_t next = 0;
+};
+
+namespace vx3::core
+{
+
+namespace
+{
+
+// What runs here may run out of memory, which the caller hears as a failure.
+template <class Body>
+auto Guarded(Body body) -> decltype(body())
+{
+    try {
+        return body();
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+VX3Bool Exists(const VX3Path* path)
+{
+    return Guarded([&] { return VX3Bool(FileExists(NativeBytes(*path))); });
+}
+
+VX3Bool Inspect(const VX3Path* path, VX3FolderEntry* entry)
+{
+    return Guarded([&] { return VX3Bool(InspectFile(NativeBytes(*path), *entry)); });
+}
+
+VX3Bool Date(const VX3Path* path, int32_t kind, VX3FileDate* date)
+{
+    *date = {};
+    return Guarded([&] { return VX3Bool(DateOfFile(NativeBytes(*path), kind, *date)); });
+}
+
+VX3Bool CreateFolder(const VX3Path* path)
+{
+    return Guarded([&] { return VX3Bool(MakeFolder(NativeBytes(*path))); });
+}
+
+VX3Bool Rename(const VX3Path* from, const VX3Path* to)
+{
+    return Guarded([&] { return VX3Bool(RenameWithoutReplacing(NativeBytes(*from), NativeBytes(*to))); });
+}
+
+// Calls the operation and tells the caller whether it was the progress that ended it.
+template <class Operation>
+VX3Bool RunWithProgress(VX3ProgressFunction function, void* user, VX3Bool* cancelled, Operation operation)
+{
+    OperationProgress progress(function, user);
+    bool isDone = Guarded([&] { return bool(operation(progress)); });
+    if (cancelled)
+        *cancelled = progress.IsCancelled();
+    return isDone;
+}
+
+VX3Bool Copy(const VX3Path* from, const VX3Path* to, uint32_t, int64_t, VX3ProgressFunction function, void* user, VX3Bool* cancelled)
+{
+    return RunWithProgress(function, user, cancelled,
+                           [&](OperationProgress& progress) { return CopyTree(NativeBytes(*from), NativeBytes(*to), progress); });
+}
+
+VX3Bool Remove(const VX3Path* path, uint32_t, int64_t size, VX3ProgressFunction function, void* user, VX3Bool* cancelled)
+{
+    return RunWithProgress(function, user, cancelled, [&](OperationProgress& progress) {
+        std::string native = NativeBytes(*path);
+        if (native.empty() || IsMountPoint(native))
+            return false;
+        return CurrentSettings().deleteIntoTrash ? MoveToTrash(native, size, progress) : RemoveTree(native, progress);
+    });
+}
+
+VX3Bool SameVolume(const VX3Path* a, const VX3Path* b)
+{
+    return Guarded([&] { return VX3Bool(AreOnOneVolume(NativeBytes(*a), NativeBytes(*b))); });
+}
+
+VX3Bool ProbeVolume(const VX3Path* path)
+{
+    return Guarded([&] { return VX3Bool(VolumeAnswers(NativeBytes(*path))); });
+}
+
+VX3FolderWalk* StartWalk(const VX3Path* folder, uint32_t options)
+{
+    return Guarded([&]() -> VX3FolderWalk* {
+        auto walk = FolderWalk::Start(NativeBytes(*folder), options);
+        if (!walk)
+            return nullptr;
+        auto* handle = new VX3FolderWalk{ std::move(walk) };
+        liveCounters.walks.Add();
+        return handle;
+    });
+}
+
+VX3Bool NextEntry(VX3FolderWalk* walk, VX3FolderEntry* entry)
+{
+    return Guarded([&] { return VX3Bool(walk->walk->Next(*entry)); });
+}
+
+VX3Bool WalkIsSound(VX3FolderWalk* walk)
+{
+    return walk->walk->IsSound();
+}
+
+void EndWalk(VX3FolderWalk* walk)
+{
+    if (!walk)
+        return;
+    delete walk;
+    liveCounters.walks.Subtract();
+}
+
+VX3VolumeWalk* StartVolumes()
+{
+    return Guarded([]() -> VX3VolumeWalk* {
+        auto* walk = new VX3VolumeWalk{ ListVolumes(), 0 };
+        liveCounters.walks.Add();
+        return walk;
+    });
+}
+
+VX3Bool NextVolume(VX3VolumeWalk* walk, VX3Volume* volume)
+{
+    if (walk->next >= walk->volumes.size())
+        return 0;
+    const VolumeFacts& facts = walk->volumes[walk->next];
+    if (!SetNativePath(volume->path, facts.path) || !PathServices()->getText(&volume->path, &volume->name)
+        || !SetNativeName(volume->label, facts.label))
+        return 0;
+    volume->attributes = facts.attributes;
+    volume->reserved = 0;
+    ++walk->next;
+    return 1;
+}
+
+void EndVolumes(VX3VolumeWalk* walk)
+{
+    if (!walk)
+        return;
+    delete walk;
+    liveCounters.walks.Subtract();
+}
+
+} // namespace
+
+const VX3FolderServices* FolderServices()
+{
+    static constexpr VX3FolderServices services = { Exists,      Inspect, Date,         CreateFolder, Rename,    Rename,
+                                                    Copy,        Remove,  SameVolume,   ProbeVolume,  StartWalk, NextEntry,
+                                                    WalkIsSound, EndWalk, StartVolumes, NextVolume,   EndVolumes };
+    return &services;
+}
+
+} // namespace vx3::core
