@@ -2,11 +2,9 @@
 
 #include "services/resources.h"
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 // Written on the main thread during start or by the loader; a second writer writes the
 // same value.

@@ -3,8 +3,7 @@
 
 #include "services/filepath.h"
 
-namespace browser
-{
+namespace browser {
 
 enum class CreateFolders : bool { No, Yes };
 

@@ -3,8 +3,7 @@
 #include "model/pluginregistry.h"
 #include "services/resources.h"
 
-namespace browser
-{
+namespace browser {
 
 bool BrowserContentNode::IsAlive(const RTreeNode& parent)
 {

@@ -9,8 +9,7 @@
 #include "services/array.h"
 #include "services/filedate.h"
 
-namespace browser
-{
+namespace browser {
 
 class BrowserPluginInterface;
 class BrowserContentNode;
@@ -70,6 +69,9 @@ public:
 
     // Attaches as last child; false below a parent that has been removed.
     [[nodiscard]] bool AttachTo(BrowserContentNode& newParent) { return InsertLastIf(&newParent, IsAlive); }
+
+    // The same for unlinked nodes that only the caller knows, all at once.
+    [[nodiscard]] bool InsertAllLast(NodeRef* nodes, size_t count) { return InsertAllLastIf(nodes, count, IsAlive); }
 
     using RTreeNode::GetFirstChildLinked;
     using RTreeNode::GetLastChildLinked;

@@ -5,11 +5,9 @@
 #include "model/crc32.h"
 #include "services/allocation.h"
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 constexpr VX3Unit slash = '/';
 constexpr VX3Unit backslash = '\\';

@@ -9,8 +9,7 @@
 #include "services/filepath.h"
 #include "vx3/browser.h"
 
-namespace browser
-{
+namespace browser {
 
 class BrowserURL
 {

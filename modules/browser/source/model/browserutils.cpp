@@ -1,10 +1,8 @@
 #include "model/browserutils.h"
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 constexpr int32_t codeLength = 4;
 

@@ -4,8 +4,7 @@
 
 #include "model/browserinterface.h"
 
-namespace browser
-{
+namespace browser {
 
 // A text of one to four characters in lower case as a code, high byte first; 0 for others.
 int32_t TypeCodeFromText(const String& text);

@@ -2,11 +2,9 @@
 
 #include <bit>
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 constexpr size_t smallestTable = 64;
 

@@ -10,8 +10,7 @@
 
 #include "services/allocation.h"
 
-namespace browser
-{
+namespace browser {
 
 class RTreeNode;
 

@@ -5,11 +5,9 @@
 
 #include "vx3/browser.h"
 
-namespace browser
-{
+namespace browser {
 
-namespace Attribute
-{
+namespace Attribute {
 constexpr uint32_t folder = VX3_NODE_FOLDER;
 constexpr uint32_t container = VX3_NODE_CONTAINER;
 constexpr uint32_t canHoldChildren = folder | container;
@@ -24,16 +22,21 @@ constexpr uint32_t dirty = VX3_NODE_DIRTY;
 constexpr uint32_t quickPlugin = 0x80000; // the plugin was found by the URL alone
 constexpr uint32_t neverProbed = 0x100000;
 constexpr uint32_t category = 0x40000000;
-}
+} // namespace Attribute
 
 enum class NodeType : int32_t { Category = 1, Directory = 2, Preset = 3, Catalog = 4, BaseList = 6, Network = 7 };
 
 enum class ChangeMode : int32_t { Ask = VX3_MODE_ASK, Walk = VX3_MODE_COUNT, Do = VX3_MODE_DO };
 
+// Callers of the boundary may pass anything: only the low 16 bits are the mode.
+constexpr ChangeMode ModeOf(int32_t number)
+{
+    return static_cast<ChangeMode>(number & 0xFFFF);
+}
+
 using ErrorCode = uint32_t;
 
-namespace Error
-{
+namespace Error {
 constexpr ErrorCode none = VX3_ERROR_NONE;
 constexpr ErrorCode rename = VX3_ERROR_RENAME;
 constexpr ErrorCode move = VX3_ERROR_MOVE;
@@ -43,7 +46,7 @@ constexpr ErrorCode newFolder = VX3_ERROR_NEW_FOLDER;
 constexpr ErrorCode moveFailed = VX3_ERROR_MOVE_FAILED;
 constexpr ErrorCode wrongType = VX3_ERROR_WRONG_TYPE;
 constexpr ErrorCode cancelled = VX3_ERROR_CANCELLED;
-}
+} // namespace Error
 
 enum class DateKind : int32_t { Created = 0, Modified = 1, ModifiedToo = 2 };
 
@@ -52,12 +55,11 @@ constexpr uint32_t PLUGIN_QUICK_TEST = VX3_PLUGIN_QUICK_TEST;
 constexpr int32_t IDENTIFY_HEADER_BYTES = 512;
 
 // Request bits of GetPreview.
-namespace PreviewRequest
-{
+namespace PreviewRequest {
 constexpr uint32_t open = VX3_PREVIEW_OPEN;
 constexpr uint32_t forLink = VX3_PREVIEW_FOR_LINK;
 constexpr uint32_t stored = VX3_PREVIEW_STORED;
-}
+} // namespace PreviewRequest
 
 // Detail of a type name: the general kind, or the specific one as by extension.
 enum class TypeDetail : int32_t { General = 0, Specific = 2 };

@@ -4,8 +4,7 @@
 
 #include "model/upcalls.h"
 
-namespace browser
-{
+namespace browser {
 
 ContentTree contentTree;
 
@@ -66,8 +65,7 @@ void RefreshVolumes()
     NotifyChanged(std::move(computer));
 }
 
-namespace
-{
+namespace {
 
 // The parent that all nodes share, or none.
 NodeRef SharedParent(BrowserContentNode* const* nodes, int32_t count)

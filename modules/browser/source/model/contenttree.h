@@ -6,8 +6,7 @@
 
 #include "model/browserinterface.h"
 
-namespace browser
-{
+namespace browser {
 
 class BrowserContentTree : public RTree
 {

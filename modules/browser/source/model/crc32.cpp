@@ -5,11 +5,9 @@
 #include <bit>
 #include <cstring>
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 constexpr uint32_t polynomial = 0xEDB88320;
 constexpr size_t slices = 8;

@@ -10,8 +10,7 @@
 
 #include "services/string.h"
 
-namespace browser
-{
+namespace browser {
 
 using CrcState = uint32_t;
 

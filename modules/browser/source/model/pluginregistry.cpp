@@ -3,11 +3,9 @@
 #include "services/binaryfile.h"
 #include "services/resources.h"
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 struct Entry {
     BrowserPluginInterface* plugin;

@@ -6,8 +6,7 @@
 
 #include "model/browserinterface.h"
 
-namespace browser
-{
+namespace browser {
 
 enum class PluginTest : bool { Quick, Deep }; // by the URL alone, or by the head of the content
 enum class MatchFiles : bool { No, Yes };     // does the plugin take part in finding the type of a file?

@@ -4,8 +4,7 @@
 #include "services/allocation.h"
 #include "services/hostbitmap.h"
 
-namespace browser
-{
+namespace browser {
 
 class Preview
 {

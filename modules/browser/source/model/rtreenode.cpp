@@ -3,11 +3,9 @@
 #include "model/childindex.h"
 #include "services/resources.h"
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 // From so many children on a parent keeps an index of them.
 constexpr uint32_t indexThreshold = 32;

@@ -13,8 +13,7 @@
 #include "model/noderef.h"
 #include "services/hostlock.h"
 
-namespace browser
-{
+namespace browser {
 
 class RTree;
 class RTreeNode;

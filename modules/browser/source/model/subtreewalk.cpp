@@ -2,11 +2,9 @@
 
 #include "model/upcalls.h"
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 // The next node of the subtree in pre-order; none at its end.
 NodeRef NextInSubtree(BrowserContentNode& top, NodeRef node, bool intoChildren)

@@ -3,8 +3,7 @@
 
 #include "model/browserinterface.h"
 
-namespace browser
-{
+namespace browser {
 
 enum class ListFolders : bool { No, Yes }; // list each folder on the way, so that all files count
 

@@ -1,7 +1,6 @@
 #include "model/upcalls.h"
 
-namespace browser
-{
+namespace browser {
 
 Upcalls upcalls;
 

@@ -5,8 +5,7 @@
 
 #include "model/browserinterface.h"
 
-namespace browser
-{
+namespace browser {
 
 struct Upcalls {
     Preview* (*makeIcon)(Icon number, int32_t size) = nullptr;

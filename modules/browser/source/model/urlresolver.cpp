@@ -3,11 +3,9 @@
 #include "model/contenttree.h"
 #include "model/urltarget.h"
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 // Among siblings the longest URL wins that is a prefix of the target. On one length the
 // first wins, but of files whose names differ only in case the exact one; where volumes

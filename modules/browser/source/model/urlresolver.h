@@ -8,8 +8,7 @@
 
 #include "model/browserinterface.h"
 
-namespace browser
-{
+namespace browser {
 
 enum FindMode : int32_t {
     FindPlain = VX3_FIND_PLAIN,

@@ -2,8 +2,7 @@
 
 #include "services/allocation.h"
 
-namespace browser
-{
+namespace browser {
 
 UrlTarget::UrlTarget(BrowserURL& url)
     : text(url.GetText())

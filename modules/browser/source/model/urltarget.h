@@ -5,8 +5,7 @@
 #include "model/browserurl.h"
 #include "model/crc32.h"
 
-namespace browser
-{
+namespace browser {
 
 class UrlTarget
 {

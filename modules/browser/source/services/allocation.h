@@ -9,8 +9,7 @@
 
 #include "services/host.h"
 
-namespace browser
-{
+namespace browser {
 
 struct SourcePlace {
     const char* file;

@@ -4,8 +4,7 @@
 
 #include "services/allocation.h"
 
-namespace browser
-{
+namespace browser {
 
 template <class T>
 class Array
@@ -46,6 +45,17 @@ public:
         elements = larger;
         capacity = wanted;
         return true;
+    }
+
+    // Adds `more` elements and gives the first of them; none without memory.
+    [[nodiscard]] T* Extend(size_t more, SourcePlace place = SourcePlace::Here())
+    {
+        size_t wanted = count + more;
+        if (wanted > capacity && !Reserve(wanted > capacity * 2 ? wanted : capacity * 2, place))
+            return nullptr;
+        for (; count < wanted; count++)
+            ::new (static_cast<void*>(elements + count)) T();
+        return elements + (wanted - more);
     }
 
     void RemoveAt(size_t index)

@@ -4,8 +4,7 @@
 
 #include "services/string.h"
 
-namespace browser
-{
+namespace browser {
 
 class BaseContainer
 {

@@ -3,8 +3,7 @@
 
 #include "services/filepath.h"
 
-namespace browser
-{
+namespace browser {
 
 enum class OpenMode : int32_t { Update = VX3_OPEN_UPDATE, Read = VX3_OPEN_READ, Create = VX3_OPEN_CREATE };
 

@@ -3,8 +3,7 @@
 
 #include "services/host.h"
 
-namespace browser
-{
+namespace browser {
 
 using FileDate = VX3FileDate;
 

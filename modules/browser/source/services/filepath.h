@@ -3,8 +3,7 @@
 
 #include "services/string.h"
 
-namespace browser
-{
+namespace browser {
 
 class FilePath
 {

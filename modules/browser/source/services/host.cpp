@@ -1,7 +1,6 @@
 #include "services/host.h"
 
-namespace browser
-{
+namespace browser {
 
 const VX3Host* host = nullptr;
 

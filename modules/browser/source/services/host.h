@@ -3,8 +3,7 @@
 
 #include "vx3/host.h"
 
-namespace browser
-{
+namespace browser {
 
 // Set by action 1 of the entry function and cleared by the last action 3, on the main
 // thread while no other thread of the module exists; read from all threads.

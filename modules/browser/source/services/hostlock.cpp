@@ -1,10 +1,8 @@
 #include "services/hostlock.h"
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 uintptr_t AddressOf(const HostLock& lock)
 {

@@ -22,8 +22,7 @@
 #define CB_RELEASES(...) CB_ATTRIBUTE(release_capability(__VA_ARGS__))
 #define CB_UNCHECKED CB_ATTRIBUTE(no_thread_safety_analysis) // says in a comment why
 
-namespace browser
-{
+namespace browser {
 
 // The order of locks in the module, outermost first; docs/locks.md tells what each
 // one guards. Two of one rank are taken by try, or in the order of their addresses.

@@ -1,10 +1,8 @@
 #include "services/resources.h"
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 // Loaded and freed on the main thread while no worker of the module runs.
 VX3Resources* resources = nullptr;

@@ -3,12 +3,10 @@
 
 #include "services/filepath.h"
 
-namespace browser
-{
+namespace browser {
 
 // Numbers of the texts that the module shows; the texts stand in res/strings.
-namespace Texts
-{
+namespace Texts {
 enum : int32_t {
     ModuleName = 10000,
     Computer = 10217,

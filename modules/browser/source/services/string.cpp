@@ -1,7 +1,6 @@
 #include "services/string.h"
 
-namespace browser
-{
+namespace browser {
 
 bool String::StartsWith(const char* literal) const
 {

@@ -7,8 +7,7 @@
 
 #include "services/host.h"
 
-namespace browser
-{
+namespace browser {
 
 using Units = std::span<const VX3Unit>;
 

@@ -1,10 +1,8 @@
 #include "services/vx3thread.h"
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 VX3Thread* Self(void* object)
 {

@@ -6,8 +6,7 @@
 
 #include "services/allocation.h"
 
-namespace browser
-{
+namespace browser {
 
 class VX3Thread
 {
