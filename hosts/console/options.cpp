@@ -1,0 +1,267 @@
+#include "options.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace vx3::console {
+
+namespace {
+
+constexpr size_t anyNumber = SIZE_MAX;
+
+constexpr uint32_t Bit(Verb verb)
+{
+    return 1u << static_cast<uint32_t>(verb);
+}
+
+template <class... Verbs>
+constexpr uint32_t Bits(Verbs... verbs)
+{
+    return (Bit(verbs) | ...);
+}
+
+constexpr uint32_t listings = Bits(Verb::Roots, Verb::Ls, Verb::Stat, Verb::Tree, Verb::Plugins, Verb::Icons, Verb::Prefs);
+constexpr uint32_t changes = Bits(Verb::Mkdir, Verb::Rename, Verb::Move, Verb::Copy, Verb::Delete);
+constexpr uint32_t withModule = listings | changes | Bit(Verb::Selfcheck);
+constexpr uint32_t everywhere = UINT32_MAX;
+
+constexpr VerbRow verbTable[] = {
+    { Verb::Roots, "roots", "", Takes::Nothing, "", 0, 0, "list the roots of the tree",
+      "Lists the tops of the tree of content, each with its URL." },
+    { Verb::Ls, "ls", "[PLACE...]", Takes::Place, "", 0, anyNumber, "list folders",
+      "Lists what each place holds, or the place itself if it is no folder; without a place the current folder. "
+      "The columns are attributes, size in bytes, date of the last change, type and name. "
+      "The attributes are d for a folder, c for another holder of items and b for a bundle, then l for a link, r for read-only, "
+      "v for a volume and ! for a broken link.\n"
+      "Types are told by names alone; stat looks into the files. Hidden files are not part of the tree." },
+    { Verb::Stat, "stat", "PLACE...", Takes::Place, "", 1, anyNumber, "tell everything about places",
+      "Prints all fields of each place. The type of a file is found by its bytes." },
+    { Verb::Tree, "tree", "[PLACE]", Takes::Place, "", 0, 1, "draw a folder with all below it",
+      "Draws the place, or the current folder, and what lies below it. A volume that also hangs below the computer is entered "
+      "there and not a second time. How many folders and files there were stands on the standard error output." },
+    { Verb::Mkdir, "mkdir", "PLACE...", Takes::Place, "", 1, anyNumber, "make folders", "Makes each folder in a folder that exists." },
+    { Verb::Rename, "rename", "PLACE NAME", Takes::Place, "", 2, 2, "give an item another name",
+      "Gives the item another name in its folder. Nothing that exists is replaced." },
+    { Verb::Move, "move", "PLACE... FOLDER", Takes::Place, "", 2, anyNumber, "move items into a folder",
+      "Moves each item into the folder, which must exist and lie on the same volume. Nothing that exists is replaced." },
+    { Verb::Copy, "copy", "PLACE... TARGET", Takes::Place, "", 2, anyNumber, "copy items into a folder",
+      "Copies each item with all below it into the folder TARGET. A single item may be given a new name by a target that does not "
+      "exist yet. Nothing that exists is replaced, and a copy that fails or is cancelled leaves nothing behind." },
+    { Verb::Delete, "delete", "PLACE...", Takes::Place, "", 1, anyNumber, "delete items",
+      "Deletes each item with all below it, hidden files included. Asks first; without a terminal it needs --yes. "
+      "Links are deleted and not followed." },
+    { Verb::Plugins, "plugins", "", Takes::Nothing, "", 0, 0, "list the kinds of content",
+      "Lists the plugins for kinds of content in the order in which they are asked: index, type id, whether the plugin takes part in "
+      "finding the type of files, and name." },
+    { Verb::Icons, "icons", "", Takes::Nothing, "", 0, 0, "list or draw the icons",
+      "Lists the browser's icons: number, size in pixels and file. With --sheet they are drawn into one picture, at 16, 32, 64 and "
+      "128 pixels on a light and on a dark ground." },
+    { Verb::Prefs, "prefs", "[get SETTING | set SETTING VALUE]", Takes::Word, "get|set", 0, 3, "read and write settings",
+      "Lists all settings with their values, or reads or writes one, given by its number or its name. Settings are kept in the "
+      "profile." },
+    { Verb::Selfcheck, "selfcheck", "", Takes::Nothing, "", 0, 0, "test the installation",
+      "Loads the module twice, in each of its languages, and checks what it publishes: table, hashes, texts, icons, roots, URLs. "
+      "One line for each check." },
+    { Verb::Completion, "completion", "bash|zsh|fish", Takes::Word, "bash|zsh|fish", 1, 1, "write a completion script",
+      "Writes a script that lets the shell complete verbs, options and places." },
+    { Verb::Help, "help", "[VERB]", Takes::Word, "", 0, 1, "explain the program or a verb",
+      "Explains the program or one verb. With --man it writes the manual page." },
+};
+
+constexpr OptionRow optionTable[] = {
+    { Option::Json, "json", Takes::Nothing, "", "", listings, "print one JSON document" },
+    { Option::Sort, "sort", Takes::Word, "ORDER", "name|modified|created|size|type|none", Bits(Verb::Ls, Verb::Tree),
+      "order of the items; name if not given" },
+    { Option::Reverse, "reverse", Takes::Nothing, "", "", Bits(Verb::Ls, Verb::Tree), "turn the order around; folders stay first" },
+    { Option::Depth, "depth", Takes::Word, "N", "", Bit(Verb::Tree), "levels to descend; 0 draws the place alone" },
+    { Option::DryRun, "dry-run", Takes::Nothing, "", "", changes, "ask and count, but change nothing" },
+    { Option::Yes, "yes", Takes::Nothing, "", "", Bit(Verb::Delete), "delete without asking" },
+    { Option::Trash, "trash", Takes::Nothing, "", "", Bit(Verb::Delete), "delete into the trash of the desktop" },
+    { Option::Names, "names", Takes::Nothing, "", "", Bit(Verb::Plugins), "print the type names of each plugin too" },
+    { Option::Sheet, "sheet", Takes::File, "FILE", "", Bit(Verb::Icons), "draw all icons into a PNG file" },
+    { Option::Man, "man", Takes::Nothing, "", "", Bit(Verb::Help), "write the manual page" },
+    { Option::Profile, "profile", Takes::Folder, "DIR", "", withModule, "keep all folders of the host below DIR" },
+    { Option::Lang, "lang", Takes::Word, "CODE", "us|de", withModule, "language of the names of types and roots" },
+    { Option::Module, "module", Takes::File, "FILE", "", withModule, "the browser module to load" },
+    { Option::Help, "help", Takes::Nothing, "", "", everywhere, "explain the program or the verb" },
+    { Option::Version, "version", Takes::Nothing, "", "", everywhere, "print the version" },
+};
+
+constexpr ExitRow exitTable[] = {
+    { 0, "done" },    { 1, "done, with errors in some items" }, { 2, "the command line was not understood" }, { 3, "not found" },
+    { 4, "damaged" }, { 5, "refused, or read-only" },           { 6, "conflict: the target exists" },         { 7, "cancelled" },
+};
+
+constexpr VariableRow variableTable[] = {
+    { "VX3_BROWSER_MODULE", "the browser module to load, if --module is not given" },
+    { "NO_COLOR", "if set and not empty, nothing is coloured" },
+};
+
+const OptionRow* FindOption(const std::string& name)
+{
+    for (const OptionRow& row : optionTable)
+        if (name == row.name)
+            return &row;
+    return nullptr;
+}
+
+bool IsNumber(const std::string& text)
+{
+    return !text.empty() && text.size() < 10 && std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+std::string CheckValue(const OptionRow& row, const std::string& value)
+{
+    std::string name = std::string("--") + row.name;
+    if (value.empty())
+        return name + " needs a value: " + row.value;
+    if (row.option == Option::Depth && !IsNumber(value))
+        return name + " needs a whole number, not '" + value + "'";
+    if (!*row.choices)
+        return {};
+    std::vector<std::string> choices = SplitChoices(row.choices);
+    if (std::find(choices.begin(), choices.end(), value) == choices.end())
+        return name + " is one of " + row.choices + ", not '" + value + "'";
+    return {};
+}
+
+// Reads the option at `index` and its value, which may be the next word.
+std::string ParseOption(const std::vector<std::string>& words, size_t& index, Command& command)
+{
+    const std::string& word = words[index];
+    size_t equals = word.find('=');
+    const OptionRow* row = word == "-h" ? FindOption("help") : FindOption(word.substr(2, equals - 2));
+    if (!row)
+        return "unknown option '" + word + "'";
+    if (row->takes == Takes::Nothing) {
+        if (equals != std::string::npos)
+            return "'" + word.substr(0, equals) + "' takes no value";
+        command.options[row->option] = "";
+        return {};
+    }
+    std::string value;
+    if (equals != std::string::npos)
+        value = word.substr(equals + 1);
+    else if (index + 1 < words.size())
+        value = words[++index];
+    command.options[row->option] = value;
+    return CheckValue(*row, value);
+}
+
+std::string TakeWord(const std::string& word, Command& command)
+{
+    if (command.verb != Verb::None) {
+        command.arguments.push_back(word);
+        return {};
+    }
+    const VerbRow* row = FindVerb(word);
+    if (!row)
+        return "unknown verb '" + word + "'";
+    command.verb = row->verb;
+    return {};
+}
+
+std::string CheckCommand(const Command& command)
+{
+    if (command.Has(Option::Help) || command.Has(Option::Version))
+        return {};
+    if (command.verb == Verb::None)
+        return "a verb is missing";
+    const VerbRow& verb = RowOf(command.verb);
+    for (const OptionRow& row : optionTable)
+        if (command.Has(row.option) && !BelongsTo(row, command.verb))
+            return std::string(verb.name) + " has no option --" + row.name;
+    if (command.arguments.size() < verb.least || command.arguments.size() > verb.most)
+        return std::string("the form is: vx3 ") + verb.name + " " + verb.synopsis;
+    if (verb.takes == Takes::Place && std::find(command.arguments.begin(), command.arguments.end(), "") != command.arguments.end()
+        && command.verb != Verb::Rename)
+        return "a place must not be empty";
+    return {};
+}
+
+} // namespace
+
+std::span<const VerbRow> VerbTable()
+{
+    return verbTable;
+}
+
+std::span<const OptionRow> OptionTable()
+{
+    return optionTable;
+}
+
+std::span<const ExitRow> ExitTable()
+{
+    return exitTable;
+}
+
+std::span<const VariableRow> VariableTable()
+{
+    return variableTable;
+}
+
+const VerbRow* FindVerb(const std::string& name)
+{
+    for (const VerbRow& row : verbTable)
+        if (name == row.name)
+            return &row;
+    return nullptr;
+}
+
+const VerbRow& RowOf(Verb verb)
+{
+    return verbTable[static_cast<size_t>(verb)];
+}
+
+bool BelongsTo(const OptionRow& row, Verb verb)
+{
+    return (row.verbs & Bit(verb)) != 0;
+}
+
+std::vector<std::string> SplitChoices(const std::string& choices, char separator)
+{
+    std::vector<std::string> parts;
+    size_t begin = 0;
+    while (begin < choices.size()) {
+        size_t end = std::min(choices.find(separator, begin), choices.size());
+        parts.push_back(choices.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    return parts;
+}
+
+std::string Command::Value(Option option, const std::string& fallback) const
+{
+    auto found = options.find(option);
+    return found == options.end() ? fallback : found->second;
+}
+
+std::string ParseCommand(const std::vector<std::string>& words, Command& command)
+{
+    bool optionsEnded = false;
+    for (size_t index = 0; index < words.size(); ++index) {
+        const std::string& word = words[index];
+        if (!optionsEnded && word == "--") {
+            optionsEnded = true;
+            continue;
+        }
+        bool isOption = !optionsEnded && word.size() > 1 && word[0] == '-';
+        std::string error = isOption ? ParseOption(words, index, command) : TakeWord(word, command);
+        if (!error.empty())
+            return error;
+    }
+    return CheckCommand(command);
+}
+
+static_assert(std::size(verbTable) == static_cast<size_t>(Verb::None), "a row for each verb, in their order");
+static_assert(
+    [] {
+        for (size_t index = 0; index < std::size(verbTable); ++index)
+            if (static_cast<size_t>(verbTable[index].verb) != index)
+                return false;
+        return true;
+    }(),
+    "verbs stand in their order");
+
+} // namespace vx3::console

@@ -1,0 +1,33 @@
+// The verbs. Each answers the exit code of the program. Main thread only.
+#pragma once
+
+#include "options.h"
+#include "session.h"
+
+namespace vx3::console {
+
+int RunRoots(const Command& command, Session& session);
+int RunLs(const Command& command, Session& session);
+int RunStat(const Command& command, Session& session);
+int RunTree(const Command& command, Session& session);
+
+int RunMkdir(const Command& command, Session& session);
+int RunRename(const Command& command, Session& session);
+int RunMove(const Command& command, Session& session);
+int RunCopy(const Command& command, Session& session);
+int RunDelete(const Command& command, Session& session);
+
+int RunPlugins(const Command& command, Session& session);
+int RunIcons(const Command& command, Session& session);
+int RunPrefs(const Command& command, Session& session);
+
+// Draws all icons into a PNG file.
+Failure SaveIconSheet(const Session& session, const std::string& file);
+
+int RunSelfcheck(const Command& command); // opens sessions of its own
+int RunCompletion(const Command& command);
+int RunHelp(const Command& command);
+void PrintHelp(Verb verb); // Verb::None: of the whole program
+std::string ManualPage();
+
+} // namespace vx3::console
