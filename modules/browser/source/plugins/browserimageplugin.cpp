@@ -1,7 +1,6 @@
 #include "plugins/browserimageplugin.h"
 
-namespace browser
-{
+namespace browser {
 
 // On the main thread, as all of the host's windows.
 bool BrowserImagePlugin::OpenItem(ContentRef node, BrowserURL* url, uint32_t)

@@ -3,8 +3,7 @@
 
 #include "plugins/filetypeplugin.h"
 
-namespace browser
-{
+namespace browser {
 
 class BrowserImagePlugin final : public FileTypePlugin
 {

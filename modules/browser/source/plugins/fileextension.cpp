@@ -1,10 +1,8 @@
 #include "plugins/fileextension.h"
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 // What stands behind the last dot of the last component, empty if there is no dot.
 Units ExtensionOf(Units text)

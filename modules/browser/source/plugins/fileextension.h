@@ -4,8 +4,7 @@
 
 #include "model/browserurl.h"
 
-namespace browser
-{
+namespace browser {
 
 class LowerExtension
 {

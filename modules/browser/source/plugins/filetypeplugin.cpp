@@ -4,8 +4,7 @@
 #include "plugins/fileextension.h"
 #include "services/resources.h"
 
-namespace browser
-{
+namespace browser {
 
 int32_t FileTypePlugin::GetTypeId(String* name)
 {

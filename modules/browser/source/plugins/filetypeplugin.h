@@ -5,8 +5,7 @@
 
 #include "model/browserinterface.h"
 
-namespace browser
-{
+namespace browser {
 
 struct FileExtension {
     const char* extension; // in lower case, at most 15 characters

@@ -7,12 +7,10 @@
 #include "plugins/filetypeplugin.h"
 #include "services/resources.h"
 
-namespace browser
-{
+namespace browser {
 
 // Numbers of texts in res/strings.
-namespace TypeTexts
-{
+namespace TypeTexts {
 enum : int32_t {
     Image = 10293,
     BitmapImage = 10294,

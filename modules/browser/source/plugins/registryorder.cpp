@@ -4,11 +4,9 @@
 #include "plugins/browserimageplugin.h"
 #include "plugins/filetypes.h"
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 template <class Plugin, const FileType& type>
 BrowserPluginInterface* MakePlugin()

@@ -3,11 +3,9 @@
 #include <algorithm>
 #include <iterator>
 
-namespace browser
-{
+namespace browser {
 
-namespace
-{
+namespace {
 
 enum class Scalable : bool { No, Yes };
 

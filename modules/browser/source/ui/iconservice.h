@@ -7,8 +7,7 @@
 #include "model/contentcodes.h"
 #include "model/preview.h"
 
-namespace browser
-{
+namespace browser {
 
 // At start and at the end of the module. Without memory there are no icons.
 [[nodiscard]] bool InitIconCache(const FilePath& modulePath);
