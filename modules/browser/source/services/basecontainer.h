@@ -15,6 +15,7 @@ public:
     ~BaseContainer() { host->container->destruct(&value); }
 
     static BaseContainer* Of(VX3Container* container) { return reinterpret_cast<BaseContainer*>(container); }
+    static const BaseContainer* Of(const VX3Container* container) { return reinterpret_cast<const BaseContainer*>(container); }
     VX3Container* Value() { return &value; }
     const VX3Container* Value() const { return &value; }
 
