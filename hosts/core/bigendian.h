@@ -6,8 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 template <std::unsigned_integral Number>
 void StoreBig(Number number, uint8_t* bytes)

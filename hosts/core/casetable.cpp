@@ -1,8 +1,7 @@
 // Written by makecasetable.py; not to be changed by hand.
 #include "unicode.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // clang-format off
 const uint8_t caseBlocks[] = {

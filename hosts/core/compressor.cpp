@@ -13,10 +13,8 @@ struct VX3Compressor {
     int32_t library;
 };
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 constexpr const char* place = "compressor";
 constexpr int64_t firstOutput = 4096;

@@ -2,10 +2,8 @@
 #include "services.h"
 #include "textbuffer.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 // The entry of the key if it holds this type.
 const ContainerEntry* FindTyped(const VX3Container* container, int32_t key, int32_t type)

@@ -10,10 +10,8 @@
 #include "textvalue.h"
 #include "vx3/container.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 constexpr int32_t firstCapacity = 4;
 constexpr int32_t linearCount = 16; // up to here a look at each key beats an index

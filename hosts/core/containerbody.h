@@ -11,8 +11,7 @@
 
 #include "vx3/types.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 struct ByteValue {
     int64_t length;

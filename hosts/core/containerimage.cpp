@@ -8,10 +8,8 @@
 #include "textbuffer.h"
 #include "vx3/container.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 // A key, a type and the smallest value.
 constexpr size_t smallestEntry = sizeof(uint32_t) + 2 * sizeof(uint8_t);

@@ -10,8 +10,7 @@
 
 #include "vx3/types.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 constexpr int32_t maximalContainerDepth = 64; // the outermost one counts
 

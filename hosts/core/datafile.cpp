@@ -13,10 +13,8 @@ struct VX3DataFile {
     bool failed = false;
 };
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 constexpr uint32_t signature = 0x56583364; // VX3d
 constexpr uint32_t formatVersion = 1;

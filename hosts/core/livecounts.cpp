@@ -8,10 +8,8 @@
 #include "memory.h"
 #include "memorysite.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 struct Place {
     std::string name;

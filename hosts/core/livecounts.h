@@ -11,8 +11,7 @@
 
 #include "corehost.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // A line of the cache for each counter, so that threads do not slow each other down.
 struct alignas(64) LiveCounter {

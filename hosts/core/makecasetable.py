@@ -43,7 +43,7 @@ def main():
             blocks.append(block)
         names.append(blocks.index(block))
     print("// Written by makecasetable.py; not to be changed by hand.")
-    print('#include "unicode.h"\n\nnamespace vx3::core\n{\n\n// clang-format off')
+    print('#include "unicode.h"\n\nnamespace vx3::core {\n\n// clang-format off')
     write_array("const uint8_t caseBlocks[]", names, BLOCKS_PER_LINE, "%d")
     print()
     write_array("const uint16_t caseOffsets[]", sum(blocks, []), OFFSETS_PER_LINE, "0x%04x")

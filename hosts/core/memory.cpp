@@ -6,10 +6,8 @@
 #include "memorysite.h"
 #include "services.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 struct alignas(16) BlockHeader {
     MemorySite* site;

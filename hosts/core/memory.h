@@ -9,8 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // For blocks that the host hands out and a module frees with the memory section. `place`
 // is what the report calls it.

@@ -7,10 +7,8 @@
 #include "livecounts.h"
 #include "memory.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 constexpr int64_t firstCapacity = 256;
 constexpr const char* place = "memory path";

@@ -10,8 +10,7 @@
 #include <cstdint>
 #include <mutex>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 struct MemoryBlock {
     uint8_t* data = nullptr; // borrowed, or a block of the memory section

@@ -4,10 +4,8 @@
 #include <cstring>
 #include <new>
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 constexpr size_t tableSize = 1 << 14; // a module has a few thousand places
 constexpr size_t maximalProbes = 64;

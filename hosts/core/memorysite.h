@@ -5,8 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // Lives as long as the process.
 struct MemorySite {

@@ -6,10 +6,8 @@
 #include "services.h"
 #include "textvalue.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 bool HasSeparator(UnitSpan span)
 {

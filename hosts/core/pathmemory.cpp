@@ -1,10 +1,8 @@
 #include "pathvalue.h"
 #include "values.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 constexpr uintptr_t memoryMark = 1; // blocks and buffers lie at even addresses
 

@@ -7,8 +7,7 @@
 
 #include "textbuffer.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 extern const VX3Unit pathSeparator;
 extern const bool hasDrives;

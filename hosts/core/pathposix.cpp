@@ -7,10 +7,8 @@
 #include "textvalue.h"
 #include "unicode.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 constexpr int32_t maximalNameBytes = 255;
 constexpr uint32_t byteMark = 0xDC00; // a byte b stands as the lone surrogate byteMark + b

@@ -4,10 +4,8 @@
 #include "pathvalue.h"
 #include "textvalue.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 UnitSpan LastSpan(const VX3Path& path)
 {

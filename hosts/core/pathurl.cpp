@@ -4,10 +4,8 @@
 #include "pathplatform.h"
 #include "pathvalue.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 bool IsLetter(VX3Unit unit)
 {

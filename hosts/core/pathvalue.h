@@ -17,8 +17,7 @@
 #include "memoryblock.h"
 #include "textbuffer.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 MemoryBlock* MemoryOf(const VX3Path& path); // none for a path of the disk
 

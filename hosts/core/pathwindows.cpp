@@ -5,10 +5,8 @@
 #include "pathplatform.h"
 #include "unicode.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 constexpr int32_t maximalNameUnits = 255;
 constexpr std::u16string_view refusedUnits = u"<>:\"/\\|?*";

@@ -4,10 +4,8 @@
 #include "services.h"
 #include "textvalue.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 // Moves a position to the nearer end and a count to what is there.
 int32_t ClampPosition(int32_t position, int32_t length)

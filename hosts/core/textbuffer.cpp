@@ -7,10 +7,8 @@
 
 #include "livecounts.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 constexpr VX3Unit noUnits[1] = {};
 

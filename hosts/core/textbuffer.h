@@ -10,8 +10,7 @@
 
 #include "vx3/types.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 constexpr int32_t maximalTextLength = 1 << 30; // units
 

@@ -4,10 +4,8 @@
 #include "unicode.h"
 #include "vx3/text.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 // The bytes that the units need as UTF-8, a lone surrogate as U+FFFD.
 int64_t Utf8Length(UnitSpan span)

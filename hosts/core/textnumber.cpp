@@ -5,10 +5,8 @@
 #include "textvalue.h"
 #include "unicode.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 constexpr int32_t maximalDecimals = 1100; // no number has more places than 1074
 constexpr int32_t maximalNumberLength = 2 * maximalDecimals;

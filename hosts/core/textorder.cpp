@@ -3,10 +3,8 @@
 #include "textvalue.h"
 #include "unicode.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 constexpr VX3Unit firstDigit = '0';
 constexpr VX3Unit lastDigit = '9';

@@ -2,10 +2,8 @@
 
 #include "textvalue.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 UnitSpan SpanAt(UnitSpan span, int32_t position, int32_t length)
 {

@@ -4,8 +4,7 @@
 
 #include "textbuffer.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // textencoding.cpp
 bool SetTextBytes(VX3String& text, const char* bytes, size_t length, int32_t encoding);

@@ -1,9 +1,7 @@
 #include "unicode.h"
 
-namespace vx3::core
-{
-namespace
-{
+namespace vx3::core {
+namespace {
 
 constexpr size_t stepUnits = 16; // as many as compilers put into one or two registers
 constexpr VX3Unit firstBeyondAscii = 0x80;

@@ -6,8 +6,7 @@
 
 #include "vx3/types.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 constexpr uint32_t replacementCharacter = 0xFFFD;
 constexpr uint32_t firstBeyondUnits = 0x10000; // characters from here on are pairs of units

@@ -8,8 +8,7 @@
 #include "textvalue.h"
 #include "vx3/text.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 Text::Text(std::string_view utf8)
 {

@@ -7,8 +7,7 @@
 
 #include "vx3/host.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 class Text
 {

@@ -57,7 +57,7 @@ TEST(Container, EntriesStandInTheOrderOfTheirFirstSetting)
     Container value;
     std::vector<std::pair<int32_t, int32_t>> model;
     for (int step = 0; step < 20000; ++step) {
-        const auto key = static_cast<int32_t>(random() % 300) * 0x01000000;
+        const auto key = static_cast<int32_t>(static_cast<uint32_t>(random() % 300) * 0x01010000u);
         auto place = std::find_if(model.begin(), model.end(), [&](const auto& pair) { return pair.first == key; });
         if (random() % 5 != 0) {
             ASSERT_TRUE(container.setInt32(value.Get(), key, step));

@@ -6,8 +6,7 @@
 #include "core/services.h"
 #include "core/values.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 class Container
 {
