@@ -9,9 +9,18 @@
 
 namespace browser {
 
-// Numbers of texts in res/strings.
+// Numbers of texts in res/strings. A type has the plural; the type column shows the singular.
 namespace TypeTexts {
 enum : int32_t {
+    Scene = 10283,
+    NativeScene = 10284,
+    FbxScene = 10285,
+    LwsScene = 10286,
+    LwoScene = 10287,
+    StlScene = 10288,
+    VrmlScene = 10289,
+    Q3dScene = 10290,
+    ThreeDsScene = 10291,
     Image = 10293,
     BitmapImage = 10294,
     PaintImage = 10295,
@@ -23,23 +32,40 @@ enum : int32_t {
     RgbImage = 10301,
     TargaImage = 10302,
     TiffImage = 10303,
-    LayeredImage = 10304,
+    PsdImage = 10304,
     IffImage = 10305,
     GifImage = 10306,
     B3dImage = 10307,
     FpxImage = 10308,
     XbmImage = 10309,
     ExrImage = 10310,
-    Sound = 10311,
-    Tonic = 10321,
-    Layout = 10325,
-    Scene = 10330,
-    Folder = 10337,
-    UnknownFileName = 10339,
-    Movie = 10349,
-    Category = 10351,
-    ImageName = 10355,
-    Script = 10362,
+    Sounds = 10311,
+    Sound = 10312,
+    AiffSound = 10313,
+    AuSound = 10314,
+    Mp2Sound = 10315,
+    Mp3Sound = 10316,
+    M4aSound = 10317,
+    M4pSound = 10318,
+    WmaSound = 10319,
+    WaveSound = 10320,
+    TonicFiles = 10321,
+    TonicFile = 10322,
+    CofFile = 10323,
+    CobFile = 10324,
+    Layouts = 10325,
+    Layout = 10326,
+    Scenes = 10330,
+    Folders = 10337,
+    Folder = 10338,
+    UnknownFiles = 10339,
+    Movies = 10349,
+    Movie = 10350,
+    Categories = 10351,
+    Category = 10352,
+    Images = 10355,
+    Scripts = 10362,
+    Script = 10363,
 };
 }
 
@@ -52,13 +78,13 @@ inline constexpr FileExtension imageExtensions[] = {
     { "jpm", TypeTexts::Jpeg2000Image }, { "qtif", TypeTexts::QtifImage },    { "qti", TypeTexts::QtifImage },
     { "sgi", TypeTexts::RgbImage },      { "rgb", TypeTexts::RgbImage },      { "targa", TypeTexts::TargaImage },
     { "tga", TypeTexts::TargaImage },    { "tif", TypeTexts::TiffImage },     { "tiff", TypeTexts::TiffImage },
-    { "b3d", TypeTexts::B3dImage },      { "psd", TypeTexts::LayeredImage },  { "gif", TypeTexts::GifImage },
+    { "b3d", TypeTexts::B3dImage },      { "psd", TypeTexts::PsdImage },      { "gif", TypeTexts::GifImage },
     { "iff", TypeTexts::IffImage },      { "fpx", TypeTexts::FpxImage },      { "xbm", TypeTexts::XbmImage },
     { "xpm", TypeTexts::XbmImage },      { "exr", TypeTexts::ExrImage },
 };
 inline constexpr FileType imageFiles = {
     .typeId = 1018021,
-    .nameText = TypeTexts::ImageName,
+    .nameText = TypeTexts::Images,
     .generalText = TypeTexts::Image,
     .icon = Icon::Image,
     .extensions = imageExtensions,
@@ -66,15 +92,15 @@ inline constexpr FileType imageFiles = {
 };
 
 inline constexpr FileExtension sceneExtensions[] = {
-    { "vx3", TypeTexts::Scene }, { "fbx", TypeTexts::Scene },  { "lws", TypeTexts::Scene }, { "lwo", TypeTexts::Scene },
-    { "stl", TypeTexts::Scene }, { "vrml", TypeTexts::Scene }, { "vrm", TypeTexts::Scene }, { "q3d", TypeTexts::Scene },
-    { "3ds", TypeTexts::Scene }, { "wrl", TypeTexts::Scene },
+    { "vx3", TypeTexts::NativeScene },  { "fbx", TypeTexts::FbxScene },   { "lws", TypeTexts::LwsScene },  { "lwo", TypeTexts::LwoScene },
+    { "stl", TypeTexts::StlScene },     { "vrml", TypeTexts::VrmlScene }, { "vrm", TypeTexts::VrmlScene }, { "q3d", TypeTexts::Q3dScene },
+    { "3ds", TypeTexts::ThreeDsScene }, { "wrl", TypeTexts::VrmlScene },
 };
 // Parts of scenes, which begin as scenes do.
 inline constexpr const char* notScenes[] = { "vwvx", "acvx" };
 inline constexpr FileType sceneFiles = {
     .typeId = 1018023,
-    .nameText = TypeTexts::Scene,
+    .nameText = TypeTexts::Scenes,
     .generalText = TypeTexts::Scene,
     .icon = Icon::Scene,
     .extensions = sceneExtensions,
@@ -96,7 +122,7 @@ inline constexpr FileExtension movieExtensions[] = {
 };
 inline constexpr FileType movieFiles = {
     .typeId = 1018022,
-    .nameText = TypeTexts::Movie,
+    .nameText = TypeTexts::Movies,
     .generalText = TypeTexts::Movie,
     .icon = Icon::Movie,
     .extensions = movieExtensions,
@@ -108,7 +134,7 @@ inline constexpr FileExtension scriptExtensions[] = {
 };
 inline constexpr FileType scriptFiles = {
     .typeId = 1018762,
-    .nameText = TypeTexts::Script,
+    .nameText = TypeTexts::Scripts,
     .generalText = TypeTexts::Script,
     .icon = Icon::Scripts,
     .extensions = scriptExtensions,
@@ -116,13 +142,13 @@ inline constexpr FileType scriptFiles = {
 };
 
 inline constexpr FileExtension soundExtensions[] = {
-    { "aif", TypeTexts::Sound }, { "aiff", TypeTexts::Sound }, { "aifc", TypeTexts::Sound }, { "au", TypeTexts::Sound },
-    { "mp2", TypeTexts::Sound }, { "mp3", TypeTexts::Sound },  { "m4a", TypeTexts::Sound },  { "m4p", TypeTexts::Sound },
-    { "wma", TypeTexts::Sound }, { "wav", TypeTexts::Sound },  { "wave", TypeTexts::Sound },
+    { "aif", TypeTexts::AiffSound }, { "aiff", TypeTexts::AiffSound }, { "aifc", TypeTexts::AiffSound }, { "au", TypeTexts::AuSound },
+    { "mp2", TypeTexts::Mp2Sound },  { "mp3", TypeTexts::Mp3Sound },   { "m4a", TypeTexts::M4aSound },   { "m4p", TypeTexts::M4pSound },
+    { "wma", TypeTexts::WmaSound },  { "wav", TypeTexts::WaveSound },  { "wave", TypeTexts::WaveSound },
 };
 inline constexpr FileType soundFiles = {
     .typeId = 1018114,
-    .nameText = TypeTexts::Sound,
+    .nameText = TypeTexts::Sounds,
     .generalText = TypeTexts::Sound,
     .icon = Icon::Audio,
     .extensions = soundExtensions,
@@ -130,13 +156,13 @@ inline constexpr FileType soundFiles = {
 };
 
 inline constexpr FileExtension tonicExtensions[] = {
-    { "cof", TypeTexts::Tonic },
-    { "cob", TypeTexts::Tonic },
+    { "cof", TypeTexts::CofFile },
+    { "cob", TypeTexts::CobFile },
 };
 inline constexpr FileType tonicFiles = {
     .typeId = 1018115,
-    .nameText = TypeTexts::Tonic,
-    .generalText = TypeTexts::Tonic,
+    .nameText = TypeTexts::TonicFiles,
+    .generalText = TypeTexts::TonicFile,
     .icon = Icon::Tonic,
     .extensions = tonicExtensions,
     .classBit = VX3_CLASS_TONIC,
@@ -147,7 +173,7 @@ inline constexpr FileExtension layoutExtensions[] = {
 };
 inline constexpr FileType layoutFiles = {
     .typeId = 1018116,
-    .nameText = TypeTexts::Layout,
+    .nameText = TypeTexts::Layouts,
     .generalText = TypeTexts::Layout,
     .icon = Icon::Layout,
     .extensions = layoutExtensions,
@@ -157,21 +183,21 @@ inline constexpr FileType layoutFiles = {
 // Types that no file is told by: nodes of these kinds name them.
 inline constexpr FileType unknownFileType = {
     .typeId = 1018026,
-    .nameText = TypeTexts::UnknownFileName,
+    .nameText = TypeTexts::UnknownFiles,
     .generalText = Texts::UnknownType,
     .icon = Icon::Document,
 };
 
 inline constexpr FileType folderType = {
     .typeId = 1018027,
-    .nameText = TypeTexts::Folder,
+    .nameText = TypeTexts::Folders,
     .generalText = TypeTexts::Folder,
     .icon = Icon::Folder,
 };
 
 inline constexpr FileType categoryType = {
     .typeId = 1018024,
-    .nameText = TypeTexts::Category,
+    .nameText = TypeTexts::Categories,
     .generalText = TypeTexts::Category,
     .icon = Icon::Folder,
 };

@@ -1,0 +1,124 @@
+#include "host/contentmodel.h"
+
+#include "host/librarymount.h"
+#include "model/browserfolders.h"
+#include "model/browserutils.h"
+#include "model/contenttree.h"
+#include "model/pluginregistry.h"
+#include "model/upcalls.h"
+#include "model/urlresolver.h"
+#include "nodes/categorynode.h"
+#include "nodes/volumelist.h"
+#include "plugins/registryorder.h"
+#include "services/resources.h"
+#include "ui/iconservice.h"
+
+namespace browser {
+
+void ConnectNetworkResolver(bool (*resolver)(BrowserURL& url, FilePath& path));
+
+namespace {
+
+struct RootRow {
+    const char* url;
+    int32_t name;
+    Icon icon;
+    GlobalRef<BrowserContentNode>* root;
+    bool belowPresets;
+};
+
+// In the order in which they stand in the tree.
+constexpr size_t rootCount = 8;
+void ListRoots(RootRow (&rows)[rootCount])
+{
+    auto* indexed = contentTree.indexedRoots;
+    const RootRow all[rootCount] = {
+        { "file:/", Texts::Computer, Icon::Computer, &indexed[size_t(RootIndex::Computer)], false },
+        { "network:/", Texts::Network, Icon::FolderNetwork, &contentTree.network, false },
+        { "preset:/", Texts::Presets, Icon::FolderPresets, &indexed[size_t(RootIndex::Presets)], false },
+        { "defaultobject.libvx", Texts::DefaultObjects, Icon::Folder, &contentTree.defaultObjects, true },
+        { "catalog:/", Texts::Catalogs, Icon::FolderCatalogs, &indexed[size_t(RootIndex::Catalogs)], false },
+        { "favorite:/", Texts::Favourites, Icon::Favorites, &indexed[size_t(RootIndex::Favourites)], false },
+        { "recent:/", Texts::Recent, Icon::Folder, &indexed[size_t(RootIndex::Recent)], false },
+        { "search:/", Texts::Search, Icon::FolderSearch, &indexed[size_t(RootIndex::Search)], false },
+    };
+    for (size_t i = 0; i < rootCount; i++)
+        rows[i] = all[i];
+}
+
+void MakeRoot(const RootRow& row)
+{
+    RTreeNode* parent = contentTree.tree;
+    if (row.belowPresets)
+        parent = contentTree.Presets();
+    if (!parent)
+        return;
+    ContentRef root(Make<CategoryNode>()(ResourceText(row.name), String(row.url), row.icon));
+    if (!root)
+        return;
+    root->InsertLast(parent);
+    row.root->Set(std::move(root));
+}
+
+bool PathOfNetworkUrl(BrowserURL& url, FilePath& path)
+{
+    ContentRef node;
+    BrowserURL found;
+    FindNetworkNode(url, node);
+    return node && node->GetUrl(found, 0) && found.GetFile(path);
+}
+
+void ConnectUpcalls()
+{
+    upcalls.makeIcon = GetIcon;
+    upcalls.listVolumes = ListVolumes;
+    upcalls.stampDate = [](BrowserContentNode& category, const FileDate& date) { static_cast<CategoryNode&>(category).StampDate(date); };
+    ConnectNetworkResolver(PathOfNetworkUrl);
+}
+
+} // namespace
+
+bool InitContentModel()
+{
+    ConnectUpcalls();
+    RememberRestriction();
+    RegisterAllPlugins();
+    FilePath cache;
+    GetCacheFolder(CreateFolders::Yes, cache);
+    contentTree.tree = Make<BrowserContentTree>()();
+    if (!contentTree.tree)
+        return false;
+    RootRow rows[rootCount];
+    ListRoots(rows);
+    for (const RootRow& row : rows)
+        MakeRoot(row);
+    return true;
+}
+
+void ShutDownContentModel(bool)
+{
+    contentTree.ForgetRoots();
+    if (contentTree.tree)
+        contentTree.tree->RemoveChildren();
+    if (host)
+        DeleteTempFolder();
+}
+
+void FreeContentModel()
+{
+    contentTree.ForgetRoots();
+    if (contentTree.tree)
+        contentTree.tree->RemoveChildren();
+    delete contentTree.tree;
+    contentTree.tree = nullptr;
+    contentTree.ready = false;
+    FreeAllPlugins();
+    FreePluginRegistry();
+    ForgetCategoryListings();
+    ForgetFolders();
+    ForgetLanguages();
+    ConnectNetworkResolver(nullptr);
+    upcalls = {};
+}
+
+} // namespace browser
