@@ -61,11 +61,23 @@ int32_t CompareRuns(DigitRun a, DigitRun b)
     return a.count != b.count ? a.count - b.count : CompareSpans({ a.digits, a.count }, { b.digits, b.count });
 }
 
+// The units that both begin with, without a number that may go on behind them.
+int32_t SharedStart(UnitSpan a, UnitSpan b)
+{
+    const int32_t shared = std::min(a.length, b.length);
+    int32_t at = 0;
+    while (at < shared && a.units[at] == b.units[at])
+        ++at;
+    while (at > 0 && IsDigit(a.units[at - 1]))
+        --at;
+    return at;
+}
+
 // Folded units, numbers by their value; 0 if only spelling is left.
 int32_t CompareNatural(UnitSpan a, UnitSpan b)
 {
-    int32_t atA = 0;
-    int32_t atB = 0;
+    int32_t atA = SharedStart(a, b);
+    int32_t atB = atA;
     while (atA < a.length && atB < b.length) {
         const VX3Unit unitA = a.units[atA];
         const VX3Unit unitB = b.units[atB];

@@ -1,5 +1,7 @@
 #include "unicode.h"
 
+#include <cstring>
+
 namespace vx3::core {
 namespace {
 
@@ -30,6 +32,16 @@ void LowerAsciiStep(const VX3Unit* in, VX3Unit* out)
     }
 }
 
+void LowerStep(const VX3Unit* in, VX3Unit* out)
+{
+    if (IsAsciiStep(in)) {
+        LowerAsciiStep(in, out);
+        return;
+    }
+    for (size_t i = 0; i < stepUnits; ++i)
+        out[i] = LowerUnit(in[i]);
+}
+
 // The number of bytes that a first byte announces, and the bits of the character in it.
 int LengthOf(unsigned char first, uint32_t& bits)
 {
@@ -48,6 +60,20 @@ int LengthOf(unsigned char first, uint32_t& bits)
 }
 
 } // namespace
+
+size_t WidenAscii(const unsigned char* bytes, size_t length, VX3Unit* units)
+{
+    constexpr uint64_t beyondAscii = 0x8080808080808080u;
+    size_t done = 0;
+    for (uint64_t eight = 0; done + sizeof(eight) <= length; done += sizeof(eight)) {
+        std::memcpy(&eight, bytes + done, sizeof(eight));
+        if ((eight & beyondAscii) != 0)
+            break;
+        for (size_t i = 0; i < sizeof(eight); ++i)
+            units[done + i] = bytes[done + i];
+    }
+    return done;
+}
 
 int DecodeUtf8(const unsigned char* bytes, size_t available, uint32_t& character)
 {
@@ -100,13 +126,12 @@ int EncodeUtf8(uint32_t character, unsigned char* bytes)
 void LowerUnits(const VX3Unit* in, VX3Unit* out, size_t count)
 {
     size_t at = 0;
-    for (; at + stepUnits <= count; at += stepUnits) {
-        if (IsAsciiStep(in + at)) {
-            LowerAsciiStep(in + at, out + at);
-            continue;
-        }
-        for (size_t i = at; i < at + stepUnits; ++i)
-            out[i] = LowerUnit(in[i]);
+    for (; at + stepUnits <= count; at += stepUnits)
+        LowerStep(in + at, out + at);
+    // What is in lower case stays so; the last step may begin inside the one before.
+    if (at < count && count >= stepUnits) {
+        LowerStep(in + count - stepUnits, out + count - stepUnits);
+        return;
     }
     for (; at < count; ++at)
         out[at] = LowerUnit(in[at]);

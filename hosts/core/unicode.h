@@ -56,13 +56,18 @@ inline int EncodeUnits(uint32_t character, VX3Unit* units)
     return 2;
 }
 
+// Turns ASCII into units, eight at a time up to the first eight that hold something else, and
+// answers how many.
+size_t WidenAscii(const unsigned char* bytes, size_t length, VX3Unit* units);
+
 // Turns bytes into at most as many units and answers how many. What `MapInvalid` makes
 // of a byte that is not well-formed stands in its place.
 template <class MapInvalid>
 int32_t DecodeUtf8Text(const unsigned char* bytes, size_t length, VX3Unit* units, MapInvalid mapInvalid)
 {
-    VX3Unit* out = units;
-    for (size_t at = 0; at < length;) {
+    const size_t ascii = WidenAscii(bytes, length, units);
+    VX3Unit* out = units + ascii;
+    for (size_t at = ascii; at < length;) {
         if (bytes[at] < 0x80) {
             *out++ = bytes[at++];
             continue;
