@@ -4,6 +4,7 @@
 // the way; whether a thing may be done is the node's answer.
 #include <cstdio>
 #include <functional>
+#include <poll.h>
 #include <unistd.h>
 
 #include "places.h"
@@ -21,7 +22,8 @@ struct Work {
     std::string verb;    // "copy"
     std::string subject; // as the user named it
     Operation run;
-    std::string reason; // what is known to be in the way, if the node refuses
+    std::string reason;                  // what is known to be in the way, if the node refuses
+    uint32_t nameError = VX3_ERROR_NONE; // what the node will say to a new name; asked without doing, it looks at no name
 };
 
 Exit ExitOf(uint32_t code)
@@ -80,6 +82,8 @@ void Perform(const Command& command, const Work& work, Outcome& outcome)
         return outcome.Fail(FailureOf(work, code, "refused"));
     Amount total;
     bool isDry = command.Has(Option::DryRun);
+    if (isDry && work.nameError)
+        return outcome.Fail(FailureOf(work, work.nameError, "refused"));
     if (isDry || IsOnTerminal())
         if (uint32_t code = Count(work, total))
             return outcome.Fail(FailureOf(work, code, "could not be counted"));
@@ -114,6 +118,16 @@ core::Text NativeName(const std::string& bytes)
     return name;
 }
 
+bool IsName(const Session& session, const core::Text& name)
+{
+    return session.Host().path->isNameAllowed(name.Get()) != 0;
+}
+
+std::string NameReason(const core::Text& name)
+{
+    return Quoted(core::NativeNameBytes(*name.Get())) + " cannot be a name";
+}
+
 std::string ReadOnlyReason(const VX3Browser& browser, const NodeHandle& node, const char* what)
 {
     return AttributesOf(browser, node) & VX3_NODE_READONLY ? std::string(what) + " is read-only" : std::string();
@@ -131,20 +145,18 @@ void MakeFolder(const Command& command, const Session& session, const std::strin
         return;
     core::Text name = NativeName(place.LastName());
     bool canHold = IsHolder(AttributesOf(browser, folder));
-    if (canHold && IsTaken(session, folder, name))
+    bool isName = IsName(session, name);
+    if (canHold && isName && IsTaken(session, folder, name))
         return outcome.Fail(Conflict("mkdir", argument, argument));
-    std::string reason = canHold ? ReadOnlyReason(browser, folder, "the folder around it") : Quoted(above.Argument()) + " is not a folder";
+    std::string reason = isName ? ReadOnlyReason(browser, folder, "the folder around it") : NameReason(name);
+    if (!canHold)
+        reason = Quoted(above.Argument()) + " is not a folder";
     Operation run = [&](int32_t mode, VX3ProgressFunction progress, void* user) {
         if (mode == VX3_MODE_COUNT && progress)
             progress(user, mode, 1, 0, 0);
         return browser.nodes->createFolder(folder.Get(), mode, name.Get(), nullptr);
     };
-    Perform(command, { "mkdir", argument, run, reason }, outcome);
-}
-
-std::string NameReason(const Session& session, const core::Text& name)
-{
-    return session.Host().path->isNameAllowed(name.Get()) ? "" : Quoted(name.Utf8()) + " cannot be a name";
+    Perform(command, { "mkdir", argument, run, reason, isName ? VX3_ERROR_NONE : VX3_ERROR_NEW_FOLDER }, outcome);
 }
 
 // One transfer of an item into a folder; an empty name keeps the item's own.
@@ -193,13 +205,15 @@ void TransferOne(const Command& command, const Session& session, const std::stri
     if (!node)
         return;
     core::Text name = transfer.newName.empty() ? NameOf(session.Browser(), node) : NativeName(transfer.newName);
-    if (session.Host().path->isNameAllowed(name.Get()) && IsTaken(session, transfer.folder, name)) {
+    bool isName = IsName(session, name);
+    if (isName && IsTaken(session, transfer.folder, name)) {
         std::string slash = transfer.folderName.back() == '/' ? "" : "/";
         std::string target = transfer.folderName + slash + core::NativeNameBytes(*name.Get());
         return outcome.Fail(Conflict(transfer.verb, argument, target));
     }
     Operation run = TransferOperation(session, node, transfer, name);
-    Perform(command, { transfer.verb, argument, run, TransferReason(session, source, node, transfer) }, outcome);
+    std::string reason = isName ? TransferReason(session, source, node, transfer) : NameReason(name);
+    Perform(command, { transfer.verb, argument, run, reason, isName ? VX3_ERROR_NONE : VX3_ERROR_COPY }, outcome);
 }
 
 // Finds the folder that the last argument means. Of a copy it may be a new name.
@@ -250,8 +264,10 @@ bool UserAgrees(const Command& command, const Work& work)
     const char* where = command.Has(Option::Trash) ? "into the trash" : "for good";
     std::fprintf(stderr, "Delete %s %s (%s shown)? [y/N] ", Quoted(work.subject).c_str(), where, AmountText(amount).c_str());
     std::fflush(stderr);
+    // Only the wait ends with an interrupt; a read would go on.
+    pollfd input = { STDIN_FILENO, POLLIN, 0 };
     char answer[16] = {};
-    return std::fgets(answer, sizeof answer, stdin) && (answer[0] == 'y' || answer[0] == 'Y');
+    return poll(&input, 1, -1) > 0 && std::fgets(answer, sizeof answer, stdin) && (answer[0] == 'y' || answer[0] == 'Y');
 }
 
 void DeleteOne(const Command& command, const Session& session, const std::string& argument, Outcome& outcome)
@@ -265,7 +281,7 @@ void DeleteOne(const Command& command, const Session& session, const std::string
     Operation run = [&](int32_t mode, VX3ProgressFunction progress, void* user) {
         return browser.nodes->deleteContent(node.Get(), mode, progress, user);
     };
-    Work work = { "delete", argument, run, isVolume ? "it is a volume" : ReadOnlyReason(browser, node, "it") };
+    Work work = { "delete", argument, run, isVolume ? "it is a volume" : ReadOnlyReason(browser, node, "it"), VX3_ERROR_NONE };
     bool needsNoAnswer = command.Has(Option::Yes) || command.Has(Option::DryRun) || run(VX3_MODE_ASK, nullptr, nullptr);
     if (!needsNoAnswer && !UserAgrees(command, work))
         return outcome.Fail({ Exit::Cancelled, "delete " + Quoted(argument) + ": left as it is" });
@@ -294,18 +310,18 @@ int RunRename(const Command& command, Session& session)
         return outcome.Code();
     core::Text name = NativeName(command.arguments[1]);
     NodeHandle folder = ParentOf(browser, node);
-    bool isAllowed = session.Host().path->isNameAllowed(name.Get()) != 0;
-    if (isAllowed && folder && IsTaken(session, folder, name)) {
+    bool isName = IsName(session, name);
+    if (isName && folder && IsTaken(session, folder, name)) {
         outcome.Fail(Conflict("rename", argument, command.arguments[1]));
         return outcome.Code();
     }
-    std::string reason = isAllowed ? ReadOnlyReason(browser, node, "it") : NameReason(session, name);
+    std::string reason = isName ? ReadOnlyReason(browser, node, "it") : NameReason(name);
     Operation run = [&](int32_t mode, VX3ProgressFunction progress, void* user) {
         if (mode == VX3_MODE_COUNT && progress)
             progress(user, mode, 1, 0, 0);
         return browser.nodes->rename(node.Get(), mode, name.Get());
     };
-    Perform(command, { "rename", argument, run, reason }, outcome);
+    Perform(command, { "rename", argument, run, reason, isName ? VX3_ERROR_NONE : VX3_ERROR_RENAME }, outcome);
     return outcome.Code();
 }
 

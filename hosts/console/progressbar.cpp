@@ -32,7 +32,7 @@ int64_t Now()
 
 std::string Cut(const std::string& text)
 {
-    return text.size() <= titleWidth ? text : Shown(text.substr(0, titleWidth)) + "...";
+    return Shown(text.substr(0, titleWidth)) + (text.size() > titleWidth ? "..." : "");
 }
 
 } // namespace
