@@ -10,11 +10,9 @@
 #include "codecsource.h"
 #include "services.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 // What may be read beyond the header: a file that is opened once, and only if it is needed and allowed.
 class MoreBytes

@@ -2,11 +2,9 @@
 
 #include "vx3/classify.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 using namespace std::literals;
 using Picture = PictureFormat;

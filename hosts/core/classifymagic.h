@@ -6,8 +6,7 @@
 #include <cstdint>
 #include <string_view>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 enum class PictureFormat { None, Png, Jpeg, Gif, Bmp, Tiff, Tga, Psd, Exr, Ilbm, Sgi, Xpm, Xbm, Pict, Jp2, J2k, MacPaint, Qtif };
 
@@ -54,5 +53,6 @@ PictureFormat TellPicture(Header header);
 
 // The bytes that an uncompressed TGA file has at least, 0 for a packed one.
 int64_t TgaLength(Header header);
+int64_t TgaPixelOffset(Header header);
 
 } // namespace vx3::core

@@ -4,11 +4,9 @@
 
 #include "classifymagic.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 // The bytes of an MPEG audio frame by its header, 0 if that is none. ISO/IEC 11172-3, 2.4.2.3.
 size_t AudioFrameLength(uint32_t word)

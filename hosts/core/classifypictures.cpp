@@ -4,11 +4,9 @@
 
 #include "classifymagic.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr uint32_t maximumTgaSide = 32768;
 
@@ -79,13 +77,17 @@ bool IsTga(Header header)
     return IsColourMapSane(header, type) && IsTgaDepthSane(type, ByteAt(header, 16), descriptor & 0x0f);
 }
 
+int64_t TgaPixelOffset(Header header)
+{
+    int64_t mapBytes = int64_t(LittleAt(header, 5, 2)) * ((ByteAt(header, 7) + 7) / 8);
+    return int64_t(tgaHeaderSize) + ByteAt(header, 0) + mapBytes;
+}
+
 int64_t TgaLength(Header header)
 {
     if (ByteAt(header, 2) & TgaPacked)
         return 0;
-    int64_t mapBytes = int64_t(LittleAt(header, 5, 2)) * ((ByteAt(header, 7) + 7) / 8);
-    int64_t pixelBytes = int64_t(LittleAt(header, 12, 2)) * LittleAt(header, 14, 2) * ((ByteAt(header, 16) + 7) / 8);
-    return int64_t(tgaHeaderSize) + ByteAt(header, 0) + mapBytes + pixelBytes;
+    return TgaPixelOffset(header) + int64_t(LittleAt(header, 12, 2)) * LittleAt(header, 14, 2) * ((ByteAt(header, 16) + 7) / 8);
 }
 
 // X11 bitmaps are C source: #define NAME_width NUMBER, then the same with height.

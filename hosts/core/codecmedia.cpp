@@ -15,11 +15,9 @@ extern "C" {
 #include "codec.h"
 #include "vx3/bitmap.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 struct FreeContext {
     void operator()(AVCodecContext* context) const { avcodec_free_context(&context); }
@@ -227,6 +225,30 @@ void DropUndeclaredAlpha(PictureBytes bytes, Pixels& pixels)
     pixels.hasAlpha = false;
 }
 
+// The library fills up what a cut file lacks in its last packets, so they are counted before.
+bool HasAllTgaPackets(PictureBytes bytes)
+{
+    Header header(reinterpret_cast<const char*>(bytes.data()), std::min(bytes.size(), headerSize));
+    int64_t start = TgaPixelOffset(header);
+    constexpr uint8_t packed = 8;
+    constexpr uint8_t repeated = 0x80;
+    if (!(ByteAt(header, 2) & packed))
+        return true;
+    int64_t missing = int64_t(LittleAt(header, 12, 2)) * LittleAt(header, 14, 2);
+    int64_t pixelBytes = (ByteAt(header, 16) + 7) / 8;
+    auto length = int64_t(bytes.size());
+    for (int64_t at = start; missing > 0;) {
+        if (at >= length)
+            return false;
+        int64_t count = (bytes[size_t(at)] & ~repeated) + 1;
+        at += 1 + (bytes[size_t(at)] & repeated ? 1 : count) * pixelBytes;
+        missing -= count;
+        if (at > length)
+            return false;
+    }
+    return true;
+}
+
 // The library writes to stderr unless it is told not to, for the whole process.
 void SilenceLibrary()
 {
@@ -246,6 +268,8 @@ int32_t DecodeMediaPicture(PictureFormat format, PictureBytes bytes, int32_t fra
     SilenceLibrary();
     if (format == PictureFormat::Gif)
         return DecodeGif(bytes, frame, pixels);
+    if (format == PictureFormat::Tga && !HasAllTgaPackets(bytes))
+        return VX3_IMAGE_DAMAGED;
     int32_t result = DecodeWholeFile(CodecOf(format), bytes, pixels);
     if (result == VX3_IMAGE_OK && format == PictureFormat::Tga)
         DropUndeclaredAlpha(bytes, pixels);
