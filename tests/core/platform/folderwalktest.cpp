@@ -1,0 +1,159 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include "core/corehost.h"
+#include "core/localdate.h"
+#include "scratch.h"
+
+namespace vx3::core {
+
+namespace {
+
+bool SameDate(const VX3FileDate& a, const VX3FileDate& b)
+{
+    return a.year == b.year && a.month == b.month && a.day == b.day && a.hour == b.hour && a.minute == b.minute && a.second == b.second;
+}
+
+TEST(FolderWalk, EveryNameSurvivesTheWayIntoTextAndBack)
+{
+    Scratch scratch;
+    const std::string names[] = { "plain",
+                                  "two words",
+                                  "caf\xC3\xA9",
+                                  "\xF0\x9F\x8E\xA8",
+                                  "bad\xFF"
+                                  "byte",
+                                  "back\\slash",
+                                  "cut\xE2\x82",
+                                  "new\nline",
+                                  "\xED\xA0\x80",
+                                  "%41",
+                                  std::string(255, 'n'),
+                                  std::string(254, 'x') + "\xFE" };
+    for (const std::string& name : names)
+        scratch.File(name, name);
+    auto seen = Walk(scratch.Root());
+    EXPECT_EQ(seen.size(), std::size(names));
+    Path folder(scratch.Root());
+    for (const std::string& name : names) {
+        ASSERT_TRUE(seen.contains(name)) << name;
+        EXPECT_EQ(seen[name].size, static_cast<int64_t>(name.size()));
+        Text text;
+        Path joined;
+        ASSERT_TRUE(SetNativeName(*text.Get(), name));
+        ASSERT_TRUE(PathServices()->join(folder.Get(), text.Get(), joined.Get()));
+        EXPECT_TRUE(FolderServices()->exists(joined.Get())) << name;
+    }
+}
+
+TEST(FolderWalk, KindsOfEntriesAsTheBoundaryTellsThem)
+{
+    Scratch scratch;
+    std::string folder = scratch.Folder("parent/walked");
+    scratch.Folder("elsewhere");
+    scratch.File("parent/walked/file", "12345");
+    scratch.File("parent/walked/.hidden");
+    scratch.File("parent/walked/locked");
+    chmod((folder + "/locked").c_str(), 0444);
+    mkfifo((folder + "/pipe").c_str(), 0666);
+    files::create_directory(folder + "/folder");
+    const std::pair<const char*, std::string> links[] = { { "file", "tofile" },  { "../../elsewhere", "tofolder" },
+                                                          { "nowhere", "dead" }, { "circle", "circle" },
+                                                          { ".", "toself" },     { "../..", "toabove" },
+                                                          { "pipe", "topipe" },  { "../walked/folder", "tochild" } };
+    for (const auto& [target, name] : links)
+        files::create_symlink(target, folder + "/" + name);
+
+    const std::map<std::string, std::pair<uint32_t, int64_t>> expected = { { "file", { 0, 5 } },
+                                                                           { ".hidden", { VX3_ENTRY_HIDDEN, 7 } },
+                                                                           { "locked", { VX3_ENTRY_READONLY, 7 } },
+                                                                           { "pipe", { VX3_ENTRY_SPECIAL, 0 } },
+                                                                           { "folder", { VX3_ENTRY_FOLDER, 0 } },
+                                                                           { "tofile", { VX3_ENTRY_LINK, 5 } },
+                                                                           { "tofolder", { VX3_ENTRY_LINK | VX3_ENTRY_FOLDER, 0 } },
+                                                                           { "tochild", { VX3_ENTRY_LINK | VX3_ENTRY_FOLDER, 0 } },
+                                                                           { "dead", { VX3_ENTRY_LINK | VX3_ENTRY_BROKEN, 0 } },
+                                                                           { "circle", { VX3_ENTRY_LINK | VX3_ENTRY_BROKEN, 0 } },
+                                                                           { "toself", { VX3_ENTRY_LINK | VX3_ENTRY_BROKEN, 0 } },
+                                                                           { "toabove", { VX3_ENTRY_LINK | VX3_ENTRY_BROKEN, 0 } },
+                                                                           { "topipe", { VX3_ENTRY_LINK | VX3_ENTRY_SPECIAL, 0 } } };
+    auto seen = Walk(folder);
+    EXPECT_EQ(seen.size(), expected.size());
+    for (const auto& [name, facts] : expected) {
+        EXPECT_EQ(seen[name].flags, facts.first) << name;
+        EXPECT_EQ(seen[name].size, facts.second) << name;
+        VX3FolderEntry entry = {};
+        ASSERT_TRUE(FolderServices()->inspect(Path(folder + "/" + name).Get(), &entry)) << name;
+        EXPECT_EQ(entry.flags, facts.first) << name;
+        EXPECT_EQ(entry.size, facts.second) << name;
+        EXPECT_TRUE(FolderServices()->exists(Path(folder + "/" + name).Get())) << name;
+    }
+    EXPECT_EQ(Walk(folder, VX3_WALK_READONLY).count(".hidden"), 0u);
+    EXPECT_EQ(Walk(folder, VX3_WALK_HIDDEN).count("locked"), 0u);
+}
+
+TEST(FolderWalk, FollowingLinksToFoldersAlwaysEnds)
+{
+    // Two folders that link into each other: neither is above the other.
+    Scratch scratch;
+    scratch.Folder("a");
+    scratch.Folder("b");
+    files::create_symlink("../b", scratch / "a/tob");
+    files::create_symlink("../a", scratch / "b/toa");
+    std::string path = scratch / "a";
+    int depth = 0;
+    for (bool isDeeper = true; isDeeper && depth < 10; ++depth) {
+        isDeeper = false;
+        for (const auto& [name, entry] : Walk(path))
+            if (entry.flags & VX3_ENTRY_FOLDER) {
+                path += "/" + name;
+                isDeeper = true;
+                break;
+            }
+    }
+    EXPECT_LT(depth, 4);
+}
+
+TEST(FolderWalk, DatesAreLocalAndOfTheTarget)
+{
+    Scratch scratch;
+    std::string file = scratch.File("file");
+    files::create_symlink("file", scratch / "link");
+    constexpr time_t moment = 1234567890;
+    struct timespec times[2] = { { moment, 0 }, { moment, 999999999 } };
+    ASSERT_EQ(utimensat(AT_FDCWD, file.c_str(), times, 0), 0);
+    auto seen = Walk(scratch.Root());
+    for (const char* name : { "file", "link" }) {
+        VX3FileDate date = {};
+        EXPECT_TRUE(SameDate(seen[name].modified, LocalDate(moment))) << name;
+        ASSERT_TRUE(FolderServices()->date(Path(scratch / name).Get(), VX3_DATE_MODIFIED, &date));
+        EXPECT_TRUE(SameDate(date, LocalDate(moment))) << name;
+        ASSERT_TRUE(FolderServices()->date(Path(scratch / name).Get(), VX3_DATE_CREATED, &date));
+        EXPECT_TRUE(SameDate(date, seen[name].created)) << name;
+    }
+    VX3FileDate date = { 1, 1, 1, 1, 1, 1 };
+    EXPECT_FALSE(FolderServices()->date(Path(scratch / "absent").Get(), VX3_DATE_MODIFIED, &date));
+    EXPECT_TRUE(SameDate(date, {}));
+}
+
+TEST(FolderWalk, WhatCannotBeReadGivesNoWalk)
+{
+    Scratch scratch;
+    auto starts = [](const std::string& path) {
+        VX3FolderWalk* walk = FolderServices()->startWalk(Path(path).Get(), VX3_WALK_HIDDEN);
+        FolderServices()->endWalk(walk);
+        return walk != nullptr;
+    };
+    EXPECT_FALSE(starts(scratch.File("file")));
+    EXPECT_FALSE(starts(scratch / "absent"));
+    EXPECT_TRUE(starts(scratch.Folder("folder")));
+    if (!IsRoot()) {
+        chmod((scratch / "folder").c_str(), 0300);
+        EXPECT_FALSE(starts(scratch / "folder"));
+    }
+    EXPECT_FALSE(FolderServices()->startWalk(Path().Get(), VX3_WALK_HIDDEN));
+}
+
+} // namespace
+
+} // namespace vx3::core
