@@ -167,6 +167,8 @@ Place Place::Parent(const Session& session) const
     Place parent(session);
     size_t slash = std::min(bytes.rfind('/'), bytes.size());
     std::string above = bytes.substr(0, slash);
+    if (!above.empty() && above.back() == ':')
+        above += '/';
     parent.argument = above.empty() ? "/" : above;
     if (nativePath.empty())
         parent.SetUrl(parent.argument);
