@@ -50,7 +50,7 @@ Header MoreBytes::Read(int64_t offset, size_t count)
     return Header(bytes.data(), size_t(std::max<int64_t>(got, 0)));
 }
 
-// ASF specification, 3.3: a stream is a movie's or a sound's by the type in its properties object.
+// Advanced Systems Format, 3.3: a stream is a movie's or a sound's by the type in its properties object.
 uint32_t ClassifyAsf(Header header, MoreBytes& more)
 {
     using namespace std::literals;

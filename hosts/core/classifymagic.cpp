@@ -37,7 +37,7 @@ constexpr Magic magics[] = {
 
     PictureMagic(0, "\x89PNG\r\n\x1a\n"sv, Picture::Png), // ISO/IEC 15948, 5.2
     PictureMagic(0, "\xff\xd8\xff"sv, Picture::Jpeg),     // ITU-T T.81, B.1.1.3: SOI, then a marker
-    PictureMagic(0, "GIF87a"sv, Picture::Gif),            // GIF89a specification, 17
+    PictureMagic(0, "GIF87a"sv, Picture::Gif),            // GIF89a, 17
     PictureMagic(0, "GIF89a"sv, Picture::Gif),
     PictureMagic(0, "II*\0"sv, Picture::Tiff), // TIFF 6.0, section 2
     PictureMagic(0, "MM\0*"sv, Picture::Tiff),
@@ -78,7 +78,7 @@ constexpr Magic magics[] = {
     KindMagic(VX3_CLASS_MOVIE, 0, "RIFF\0\0\0\0AVI "sv, twoTags), // Multimedia Programming Interface 1.0, RIFF
     KindMagic(VX3_CLASS_MOVIE, 0, "\0\0\x01\xba"sv),              // ISO/IEC 11172-1, 2.4.3.2: pack header
     KindMagic(VX3_CLASS_MOVIE, 0, "\0\0\x01\xb3"sv),              // ISO/IEC 11172-2, 2.4.2.3: sequence header
-    KindMagic(VX3_CLASS_MOVIE, 0, "FLV\x01"sv),                   // Video File Format Specification 10, Annex E
+    KindMagic(VX3_CLASS_MOVIE, 0, "FLV\x01"sv),                   // Video File Format 10, Annex E
     KindMagic(VX3_CLASS_MOVIE, 0, "<smil"sv),                     // W3C SMIL 3.0
 
     KindMagic(VX3_CLASS_SOUND, 0, "FORM\0\0\0\0AIFF"sv, twoTags), // Audio Interchange File Format 1.3

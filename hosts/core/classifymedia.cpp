@@ -89,7 +89,7 @@ bool IsFlic(Header header)
         && LittleAt(header, 8, 2) > 0 && LittleAt(header, 10, 2) > 0 && LittleAt(header, 12, 2) == 8;
 }
 
-// SWF File Format Specification 19, chapter 2: plain, deflate or LZMA, a version, a length.
+// SWF File Format 19, chapter 2: plain, deflate or LZMA, a version, a length.
 bool IsFlash(Header header)
 {
     constexpr uint32_t newestVersion = 50;

@@ -8,14 +8,13 @@
 
 #include "vx3/bitmap.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr tmsize_t maximumBlock = tmsize_t(1) << 28;
 constexpr int maximumSamples = 16;
+constexpr int maximumBits = 64; // of one sample
 
 int IgnoreMessage(TIFF*, void*, const char*, const char*, va_list)
 {
@@ -345,7 +344,8 @@ bool ReadTiffHead(PictureFile& file, PictureHead& head)
     if (!tiff.IsOpen())
         return false;
     Layout layout = ReadLayout(tiff.Get());
-    if (layout.width > uint32_t(maximumSide) || layout.height > uint32_t(maximumSide))
+    if (layout.width > uint32_t(maximumSide) || layout.height > uint32_t(maximumSide) || layout.bits > maximumBits
+        || layout.samples > maximumSamples)
         return false;
     head.width = int32_t(layout.width);
     head.height = int32_t(layout.height);

@@ -125,6 +125,15 @@ TEST(Damage, ForgedSizesAreRefused)
             EXPECT_NE(Decode(bytes, bitmap), VX3_IMAGE_OK) << forgery.name << " " << side;
             EXPECT_FALSE(Inspect(bytes)) << forgery.name << " " << side;
         }
+    Bytes deep = ReadSample("palette.tif");
+    for (uint8_t tag : { 0x02, 0x15 }) { // 65,535 bits of 65,535 samples
+        const uint8_t entry[] = { tag, 1, 3, 0, 1, 0, 0, 0 };
+        auto place = std::search(deep.begin(), deep.end(), std::begin(entry), std::end(entry));
+        ASSERT_NE(place, deep.end());
+        place[8] = place[9] = 0xff;
+    }
+    EXPECT_NE(Decode(deep, bitmap), VX3_IMAGE_OK);
+    EXPECT_FALSE(Inspect(deep));
     Bytes negative = ReadSample("straight.png");
     PutBig(negative, 16, 0xffffffff);
     EXPECT_EQ(Decode(negative, bitmap), VX3_IMAGE_DAMAGED);
