@@ -1,0 +1,33 @@
+// What vx3-bench can measure: each group prints its cases.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "measure.h"
+#include "scene.h"
+
+namespace vx3::bench {
+
+constexpr double millisecond = 1e3;
+constexpr double microsecond = 1e6;
+constexpr double nanosecond = 1e9;
+
+// Times of the repeats of one case, in seconds.
+class Samples
+{
+public:
+    void Add(double seconds) { values.push_back(seconds); }
+    double Median() { return MedianOf(values.data(), values.size()); }
+
+private:
+    std::vector<double> values;
+};
+
+void MeasureListing(Scene& scene, const std::string& folder);
+void MeasureWalk(Scene& scene, const std::string& folder);
+void MeasureView(Scene& scene);
+void MeasureIndex();
+void MeasureGrowth(Scene& scene);
+
+} // namespace vx3::bench
