@@ -168,6 +168,7 @@ public:
 
 private:
     void PutSample(uint8_t* pixel, int sample, uint8_t value) const;
+    bool IsStoredAsShown() const;
 
     const Layout& layout;
     const Palette& palette;
@@ -189,11 +190,23 @@ void SampleSink::PutSample(uint8_t* pixel, int sample, uint8_t value) const
         std::memset(pixel, layout.photometric == PHOTOMETRIC_MINISWHITE ? 255 - value : value, 3);
 }
 
+// The common case, which needs no look at each sample.
+bool SampleSink::IsStoredAsShown() const
+{
+    return layout.photometric == PHOTOMETRIC_RGB && layout.bits == 8 && layout.planes == PLANARCONFIG_CONTIG
+        && layout.samples == (layout.hasAlpha ? 4 : 3);
+}
+
 void SampleSink::Put(uint32_t x, uint32_t y, uint32_t count, const uint8_t* samples, int plane) const
 {
     bool separate = layout.planes == PLANARCONFIG_SEPARATE;
     size_t sampleSize = layout.bits / 8;
     uint8_t* pixel = pixels.Row(int32_t(y)) + size_t(x) * bytesPerPixel;
+    if (IsStoredAsShown()) {
+        for (uint32_t at = 0; at < count; ++at, pixel += bytesPerPixel, samples += layout.samples)
+            std::memcpy(pixel, samples, layout.samples);
+        return;
+    }
     for (uint32_t at = 0; at < count; ++at, pixel += bytesPerPixel)
         for (int sample = separate ? plane : 0; sample <= (separate ? plane : layout.samples - 1); ++sample, samples += sampleSize)
             PutSample(pixel, sample, ToByte(samples, layout.bits));
