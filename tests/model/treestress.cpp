@@ -27,6 +27,11 @@ public:
     ~StressNode() override { liveNodes--; }
 };
 
+NodeRef NewNode()
+{
+    return NodeRef(Make<StressNode>()());
+}
+
 constexpr size_t threads = 8;
 constexpr size_t nodesOfAThread = 24;
 
@@ -37,8 +42,15 @@ class TreeStress : public ModuleTest
 {
 protected:
     TreeStress()
-        : ModuleTest({ .checks = vx3::testing::Checks::Light })
+        : ModuleTest(LightChecks())
     {
+    }
+
+    static vx3::testing::TestHostOptions LightChecks()
+    {
+        vx3::testing::TestHostOptions options;
+        options.checks = vx3::testing::Checks::Light;
+        return options;
     }
 };
 
@@ -82,11 +94,11 @@ TEST_F(TreeStress, EightThreadsOnOneParent)
     Watchdog watchdog(StressSeconds() + std::chrono::seconds(60));
     auto* tree = Make<RTree>()();
     {
-        NodeRef parent(Make<StressNode>()());
+        NodeRef parent = NewNode();
         parent->InsertLast(tree);
         Nodes nodes;
         for (NodeRef& node : nodes)
-            node = NodeRef(Make<StressNode>()());
+            node = NewNode();
         std::atomic<bool> stop = false;
         std::atomic<int64_t> operations = 0;
         std::vector<std::thread> workers;

@@ -69,7 +69,8 @@ TEST_F(Url, GoesUpByPathAsByText)
 TEST_F(Url, HardNamesSurviveTextPathAndHash)
 {
     const std::string longName(255, 'n'), bytes = "/x/\xFF\xC3(", deep = "/" + std::string(1000, 'a') + "/" + std::string(999, 'b');
-    const std::string paths[] = { "/", "/a b#?%:x", bytes, "/x/back\\slash", "/x/" + longName, "/x/A.png", "/x/a.png", deep, "/\xF0\x9F\x8E\xA8" };
+    const std::string paths[] = { "/",        "/a b#?%:x", bytes, "/x/back\\slash",   "/x/" + longName,
+                                  "/x/A.png", "/x/a.png",  deep,  "/\xF0\x9F\x8E\xA8" };
     for (const std::string& native : paths) {
         BrowserURL byPath(PathOf(native));
         BrowserURL byText(byPath.GetText());

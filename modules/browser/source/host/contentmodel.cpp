@@ -82,7 +82,8 @@ bool InitContentModel()
 {
     ConnectUpcalls();
     RememberRestriction();
-    RegisterAllPlugins();
+    if (CreatePluginRegistry())
+        RegisterAllPlugins();
     FilePath cache;
     GetCacheFolder(CreateFolders::Yes, cache);
     contentTree.tree = Make<BrowserContentTree>()();

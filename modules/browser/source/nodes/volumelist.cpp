@@ -94,7 +94,9 @@ bool ListVolumes(BrowserContentNode& computer)
     LockGuard guard(computer.contentLock, LockRank::Content);
     Array<NodeRef> held;
     VX3VolumeWalk* walk = host->folder->startVolumes();
-    bool changed = walk && TakeSnapshot(computer, held) && MergeVolumes(computer, walk, held);
+    if (!walk)
+        return false;
+    bool changed = TakeSnapshot(computer, held) && MergeVolumes(computer, walk, held);
     host->folder->endVolumes(walk);
     return changed;
 }

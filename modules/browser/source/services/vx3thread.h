@@ -13,6 +13,7 @@ class VX3Thread
 public:
     VX3Thread() = default;
     virtual ~VX3Thread() = default;
+    static void operator delete(void* block) { HostFree(block); }
     VX3Thread(const VX3Thread&) = delete;
     VX3Thread& operator=(const VX3Thread&) = delete;
 
