@@ -16,7 +16,7 @@ bool WriteInto(const VX3Host* table, const core::Path& path, int32_t mode, int64
         return false;
     const auto length = static_cast<int64_t>(bytes.size());
     const bool isWritten = files.open(file, path.Get(), mode, 0, VX3_ORDER_BIG, VX3_FILE_TYPE, VX3_FILE_CREATOR)
-        && files.seek(file, offset, VX3_SEEK_ABSOLUTE) && files.write(file, bytes.data(), length);
+        && files.seek(file, offset, VX3_SEEK_ABSOLUTE) && (bytes.empty() || files.write(file, bytes.data(), length));
     const bool isClosed = files.close(file);
     files.free(file);
     return isWritten && isClosed;

@@ -175,6 +175,13 @@ const std::vector<Misuse>& LockMisuses()
               host.lock->unlockShared(&word);
               host.lock->unlockExclusive(&word);
           } },
+    };
+    return misuses;
+}
+
+const std::vector<Misuse>& HeldLockMisuses()
+{
+    static const std::vector<Misuse> misuses = {
         { "NoRank",
           { "lock.lock32: argument 2 is no rank" },
           [](const VX3Host& host, auto&) {
@@ -236,6 +243,7 @@ TEST(CheckedTable, TellsWrongThreadsAndTimes)
 TEST(CheckedTable, TellsWrongUseOfLocks)
 {
     RunMisuses(LockMisuses());
+    RunMisuses(HeldLockMisuses());
 }
 
 TEST(CheckedTable, TellsCallsInFrontOfTheWindow)

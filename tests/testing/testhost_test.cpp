@@ -60,11 +60,14 @@ TEST(TestHost, NamesWhatAnUnloadedModuleLeftBehind)
     ASSERT_TRUE(module.Load(LEAKING_MODULE)) << module.Error();
     EXPECT_TRUE(MappingExists("leakingmodule.so"));
     ASSERT_TRUE(module.Start()) << module.Error();
+    void* left = nullptr;
+    ASSERT_EQ(module.Send(424242, &left), VX3_RESULT_OK);
     module.End();
     module.Unload();
     EXPECT_FALSE(MappingExists("leakingmodule.so"));
     // The name of the source file lay in the module, which is gone by now.
     EXPECT_EQ(host.ExpectClean(), "leakingmodule.cpp:77: 1 of kind memory block not given back, 48 bytes\n");
+    host.PlainTable()->memory->free(left);
 }
 
 TEST(TestHost, KeepsConsoleLinesAndTurnsTheClock)
