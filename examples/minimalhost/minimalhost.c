@@ -24,6 +24,7 @@
 #include <errno.h>
 #include <inttypes.h>
 #include <limits.h>
+#include <math.h>
 #include <pthread.h>
 #include <sched.h>
 #include <stdatomic.h>
@@ -581,7 +582,7 @@ static int32_t FindInText(const VX3String* text, const VX3String* what, int32_t 
 static int32_t FindBackwardInText(const VX3String* text, const VX3String* what, int32_t from)
 {
     int32_t last = TextLength(text) - TextLength(what);
-    return Search(TextSpan(text), TextSpan(what), from < 0 || from > last ? last : from, -1);
+    return Search(TextSpan(text), TextSpan(what), from == -1 ? last : Clamp(from, last), -1);
 }
 
 enum { NUMBER_BYTES = 512, MOST_DIGITS = 100, EXACT_DIGITS = 17 };
@@ -635,7 +636,7 @@ static VX3Bool TextToFloat(const VX3String* text, double* number)
     if (!ReadNumber(text, "+-.0123456789eE", bytes))
         return 0;
     double value = strtod(bytes, &end);
-    if (end == bytes || *end != 0)
+    if (end == bytes || *end != 0 || value == HUGE_VAL || value == -HUGE_VAL)
         return 0;
     *number = value;
     return 1;
@@ -1232,15 +1233,14 @@ static VX3Bool InspectNative(const char* path, VX3FolderEntry* entry)
         if (isSound)
             status = target;
     }
-    VX3Bool isFile = S_ISREG(status.st_mode) || S_ISLNK(status.st_mode);
-    if (!isFile)
+    if (!S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode))
         flags |= S_ISDIR(status.st_mode) ? VX3_ENTRY_FOLDER : VX3_ENTRY_SPECIAL;
     if (!S_ISLNK(status.st_mode) && ((status.st_mode & (S_IWUSR | S_IWGRP | S_IWOTH)) == 0 || access(path, W_OK) != 0))
         flags |= VX3_ENTRY_READONLY;
     if (strrchr(path, '/')[1] == '.')
         flags |= VX3_ENTRY_HIDDEN;
     entry->flags = flags;
-    entry->size = isFile ? (int64_t)status.st_size : 0;
+    entry->size = S_ISREG(status.st_mode) ? (int64_t)status.st_size : 0;
     FillDate(&entry->modified, status.st_mtime);
     entry->created = entry->modified; /* POSIX keeps no other */
     return 1;
