@@ -1,5 +1,4 @@
 // A contact sheet of all icons, for looking at them side by side.
-#include <algorithm>
 #include <array>
 #include <memory>
 #include <vector>
@@ -86,11 +85,13 @@ void DrawNumber(Canvas& canvas, int32_t left, int32_t top, int32_t number)
     }
 }
 
-// Draws a bitmap into the middle of a square.
+// Draws a bitmap into the middle of a square. An icon of one size only is left out where it is too large.
 void DrawBitmap(Canvas& canvas, const VX3BitmapServices& bitmaps, const VX3Bitmap* bitmap, int32_t left, int32_t top, int32_t side)
 {
-    int32_t width = std::min(bitmaps.width(bitmap), side);
-    int32_t height = std::min(bitmaps.height(bitmap), side);
+    int32_t width = bitmaps.width(bitmap);
+    int32_t height = bitmaps.height(bitmap);
+    if (width > side || height > side)
+        return;
     std::vector<uint8_t> row(static_cast<size_t>(width) * 4);
     for (int32_t y = 0; y < height; ++y) {
         if (!bitmaps.readPixels(bitmap, 0, y, width, row.data()))
