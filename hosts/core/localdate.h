@@ -5,27 +5,26 @@
 
 #include "vx3/types.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // Seconds since 1970 as local date and time; a moment outside the years 1 to 65535
 // has no date. Any thread.
 VX3FileDate LocalDate(int64_t seconds);
 
-// The same for many moments. Most days have one shift from universal time, which is
-// asked for once a day and kept. One thread at a time.
+// The same for many moments. Most spans of some days have one shift from universal
+// time, which is asked for once and kept. One thread at a time.
 class LocalDates
 {
 public:
     VX3FileDate Convert(int64_t seconds);
 
 private:
-    struct Day {
-        int64_t number = INT64_MIN; // since 1970, by universal time
-        int64_t shift = 0;
+    struct Span {
+        int32_t number = -1; // since 1970
+        int32_t shift = 0;
     };
-    static constexpr int slots = 256;
-    Day days[slots];
+    static constexpr int slots = 512;
+    Span spans[slots];
 };
 
 } // namespace vx3::core
