@@ -6,8 +6,7 @@
 
 #include "filestatus.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // The folder itself counts. Its path is looked at on the first question, since most
 // folders hold no link to a folder. One thread at a time.

@@ -3,11 +3,9 @@
 #include "ancestors.h"
 #include "descriptor.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr int mostParents = 4096; // a circle of `..` cannot be, but nothing may hang
 

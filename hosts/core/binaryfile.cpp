@@ -13,11 +13,9 @@ struct VX3BinaryFile {
     bool isBigEndian = true;
 };
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 VX3BinaryFile* Create()
 {

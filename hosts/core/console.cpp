@@ -4,8 +4,7 @@
 #include "services.h"
 #include "values.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 void WriteConsoleLine(const std::string& utf8)
 {
@@ -19,8 +18,7 @@ void WriteConsoleLine(const std::string& utf8)
     std::fwrite(line.data(), 1, line.size(), stderr);
 }
 
-namespace
-{
+namespace {
 
 void Line(const VX3String* text)
 {

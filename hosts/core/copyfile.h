@@ -5,8 +5,7 @@
 
 struct statx;
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // Copies the contents of an open regular file into an empty one, in pieces that the
 // progress hears of. Holes stay holes and count as bytes.

@@ -8,11 +8,9 @@
 
 #include "filestatus.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr int64_t chunkSize = 1024 * 1024;
 

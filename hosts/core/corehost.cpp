@@ -8,11 +8,9 @@
 #include "registry.h"
 #include "services.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 HostState* currentHost = nullptr;
 

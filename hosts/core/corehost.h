@@ -13,8 +13,7 @@
 
 #include "vx3/host.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // Paths are native bytes. An empty one means that the host has no such place.
 struct HostSettings {

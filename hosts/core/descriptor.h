@@ -5,8 +5,7 @@
 
 #include <unistd.h>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 class Descriptor
 {

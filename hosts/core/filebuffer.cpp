@@ -5,8 +5,7 @@
 #include <new>
 #include <utility>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 void FileBuffer::Attach(std::unique_ptr<RawFile> openFile, bool mayWrite)
 {

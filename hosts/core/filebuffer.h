@@ -9,8 +9,7 @@
 
 #include "rawfile.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // Every call but Close fails after the first failure.
 class FileBuffer

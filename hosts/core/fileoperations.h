@@ -8,8 +8,7 @@
 
 #include "vx3/folder.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // The caller's progress function and what it said.
 class OperationProgress

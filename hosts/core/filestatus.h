@@ -9,8 +9,7 @@
 #include "localdate.h"
 #include "vx3/folder.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // A file of the whole machine: device and number on it.
 struct FileIdentity {

@@ -5,11 +5,9 @@
 #include "ancestors.h"
 #include "filestatus.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 VX3FileDate ModifiedDate(const struct statx& status, LocalDates& dates)
 {

@@ -20,11 +20,9 @@ struct VX3VolumeWalk {
     size_t next = 0;
 };
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 // What runs here may run out of memory, which the caller hears as a failure.
 template <class Body>

@@ -11,8 +11,7 @@
 #include "filestatus.h"
 #include "localdate.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 class FolderWalk
 {

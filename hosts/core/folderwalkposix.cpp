@@ -6,8 +6,7 @@
 
 #include "values.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 std::unique_ptr<FolderWalk> FolderWalk::Start(const std::string& native, uint32_t options)
 {

@@ -7,8 +7,7 @@
 #include "corehost.h"
 #include "preferences.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // Constant while a host lives, so threads read it without a lock.
 struct HostState {

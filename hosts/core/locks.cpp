@@ -14,11 +14,9 @@ struct VX3Semaphore {
     std::atomic<int32_t> count;
 };
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 using Word = std::atomic_ref<uint32_t>;
 

@@ -6,8 +6,7 @@
 
 #include "vx3/container.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 struct CoreMessage {
     int32_t id = 0;

@@ -8,11 +8,9 @@
 #include "sharedlibrary.h"
 #include "values.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr const char* entryName = "vx3_main";
 

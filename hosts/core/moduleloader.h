@@ -6,8 +6,7 @@
 #include "corehost.h"
 #include "vx3/entry.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // Loads a shared library, walks it through the order of a life, and unloads it.
 // Main thread only. `table` must live as long as this object.

@@ -8,11 +8,9 @@
 #include "services.h"
 #include "values.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr uint32_t preferenceIdent = 0x70726566; // 'pref'
 constexpr int64_t longestImage = int64_t(1) << 28;

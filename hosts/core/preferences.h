@@ -11,8 +11,7 @@
 
 #include "vx3/container.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 class PreferenceStore
 {

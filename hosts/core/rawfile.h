@@ -7,8 +7,7 @@
 
 #include "vx3/path.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // Used by one thread at a time; closed by its destructor at the latest.
 class RawFile

@@ -3,11 +3,9 @@
 #include "values.h"
 #include "vx3/file.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 class MemoryFile : public RawFile
 {

@@ -8,11 +8,9 @@
 #include "rawfile.h"
 #include "vx3/file.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr mode_t newFileMode = 0666; // the user's mask takes away from it
 

@@ -9,11 +9,9 @@
 #include "services.h"
 #include "values.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 struct RegisteredIcon {
     int32_t id;

@@ -12,8 +12,7 @@
 
 #include "vx3/registry.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // The module whose entry function runs; none for the host itself.
 using Registrant = const void*;

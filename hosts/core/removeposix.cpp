@@ -6,11 +6,9 @@
 #include "fileoperations.h"
 #include "treelisting.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 enum class Rights { AsTheyAre, Taken };
 

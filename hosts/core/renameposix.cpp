@@ -7,11 +7,9 @@
 #include "fileoperations.h"
 #include "filestatus.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr mode_t newFolderMode = 0777; // the user's mask takes away from it
 

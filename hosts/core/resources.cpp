@@ -18,11 +18,9 @@ struct VX3Resources {
     std::unordered_map<int32_t, std::u16string> texts;
 };
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 namespace files = std::filesystem;
 

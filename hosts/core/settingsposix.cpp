@@ -9,11 +9,9 @@
 
 #include "corehost.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 std::string Variable(const char* name)
 {

@@ -3,8 +3,7 @@
 
 #include <string>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 void* OpenLibrary(const std::string& path, std::string& error); // none: see error
 void* FindSymbol(void* library, const char* name);              // none if there is none

@@ -2,8 +2,7 @@
 
 #include <dlfcn.h>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 void* OpenLibrary(const std::string& path, std::string& error)
 {

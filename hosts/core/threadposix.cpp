@@ -7,11 +7,9 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr size_t shownCharacters = 15;
 constexpr int backgroundNiceness = 10;

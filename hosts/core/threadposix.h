@@ -3,8 +3,7 @@
 
 #include <string>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 // The part of a name that the system can show: tools see 15 characters, so the
 // common beginning of long names gives way and the telling end stays.

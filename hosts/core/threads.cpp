@@ -9,8 +9,7 @@
 #include "services.h"
 #include "threadposix.h"
 
-namespace
-{
+namespace {
 
 enum class ThreadState : uint32_t { Fresh, Running, Ended };
 
@@ -25,11 +24,9 @@ struct VX3Thread {
     std::atomic<bool> endAsked = false;
 };
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 VX3Thread* Create(void* object, const VX3ThreadTable* table)
 {

@@ -1,4 +1,4 @@
-// The desktop's trash, after the trash specification 1.0 of freedesktop.org: what is
+// The desktop's trash, as freedesktop.org lays it down (version 1.0): what is
 // deleted moves to `files`, and a text beside it in `info` says where it came from.
 #include <cerrno>
 #include <cstdio>
@@ -13,11 +13,9 @@
 #include "filestatus.h"
 #include "hoststate.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr const char* infoSuffix = ".trashinfo";
 constexpr size_t longestName = NAME_MAX;

@@ -6,8 +6,7 @@
 
 #include "filestatus.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 struct ListedName {
     std::string name;

@@ -5,11 +5,9 @@
 #include <dirent.h>
 #include <unistd.h>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 bool IsDots(const char* name)
 {

@@ -10,11 +10,9 @@
 
 #include "volumes.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr auto patience = std::chrono::seconds(3);
 

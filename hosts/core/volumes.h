@@ -5,8 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 struct VolumeFacts {
     std::string path; // native bytes

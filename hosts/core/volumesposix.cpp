@@ -11,11 +11,9 @@
 
 #include "vx3/folder.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 namespace files = std::filesystem;
 
