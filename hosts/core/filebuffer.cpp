@@ -131,7 +131,7 @@ bool FileBuffer::Write(const void* bytes, int64_t length)
 {
     if (!isUsable || !isWritable || length < 0)
         return Fail();
-    if (Keep(bytes, length))
+    if (length == 0 || Keep(bytes, length))
         return true;
     if (!Flush() || !HasStorage())
         return Fail();

@@ -268,7 +268,7 @@ inline constexpr std::tuple lock = {
 inline constexpr std::tuple thread = {
     Row<&VX3ThreadServices::create>{ "thread.create", AnyThread, Quick, Memory, Object::Thread, { any, need } },
     Row<&VX3ThreadServices::free>{ "thread.free", AnyThread, MayBlock, Nothing, none, { FreesOrNone(Object::Thread) } },
-    Row<&VX3ThreadServices::start>{ "thread.start", AnyThread, Quick, ThreadStart, none, { Live(Object::Thread), any, Of(Choice::Priority) } },
+    Row<&VX3ThreadServices::start>{ "thread.start", AnyThread, MayBlock, ThreadStart, none, { Live(Object::Thread), any, Of(Choice::Priority) } },
     Row<&VX3ThreadServices::end>{ "thread.end", AnyThread, Quick, Nothing, none, { Live(Object::Thread) } },
     Row<&VX3ThreadServices::wait>{ "thread.wait", AnyThread, MayBlock, Nothing, none, { Live(Object::Thread) } },
     Row<&VX3ThreadServices::shouldStop>{ "thread.shouldStop", OwnerThread, Quick, Nothing, none, { Owns(Object::Thread) } },

@@ -53,7 +53,8 @@ typedef struct VX3BitmapServices {
     /* Writes the same; a is dropped without alpha. [owner-thread] */
     VX3Bool (*writePixels)(VX3Bitmap* bitmap, int32_t x, int32_t y, int32_t count, const uint8_t* rgba);
     /* Scales the source rectangle into the target rectangle, with alpha where both
-     * have it. A corner is a pixel that belongs to the rectangle. [owner-thread] */
+     * have it. A corner is a pixel that belongs to the rectangle. The two are different
+     * bitmaps. [owner-thread] */
     VX3Bool (*scale)(const VX3Bitmap* source, int32_t left, int32_t top, int32_t right, int32_t bottom, VX3Bitmap* target,
                      int32_t targetLeft, int32_t targetTop, int32_t targetRight, int32_t targetBottom);
     /* A new bitmap of a rectangle given by its corner and its size, or none; the

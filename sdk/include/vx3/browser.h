@@ -308,7 +308,8 @@ typedef struct VX3Preference {
 typedef struct VX3ToolFunctions {
     int64_t size;
     /* The children of a folder in an order, as an array of `count` counted nodes,
-     * none if there are none; `first` is the first child, consumed. The caller must
+     * none if there are none; `first` is the first child, consumed. Smaller, older and
+     * earlier ones come first; folders in front where the user wants so. The caller must
      * free with `freeNodes`. [any-thread] [may-block] */
     VX3Node** (*sortedChildren)(int32_t order, VX3Node* first, int32_t* count);
     /* Releases the nodes of such an array and frees it. [any-thread] */

@@ -39,7 +39,7 @@ typedef struct VX3FileServices {
     /* Writes out what is buffered and closes; 0 if any byte could not be written.
      * [owner-thread] [may-block] */
     VX3Bool (*close)(VX3BinaryFile* file);
-    /* Reads up to `length` bytes and returns how many there were, less only at the
+    /* Reads up to `length` bytes, none allowed for 0, and returns how many there were, less only at the
      * end of the file; -1 on an error. [owner-thread] [may-block] */
     int64_t (*read)(VX3BinaryFile* file, void* bytes, int64_t length);
     /* Writes all of `length` bytes. [owner-thread] [may-block] */

@@ -75,7 +75,8 @@ typedef struct VX3FolderServices {
     /* Copies a file, or a folder with all below it, to a temporary name beside the
      * target and renames at the end. `bits` are 0x1 folder and 0x4 bundle as the
      * caller knows them, `size` the bytes of a file. Progress is called in mode 2
-     * with count 1 at each element and count 0 for the bytes in between. Fails if the
+     * with count 1 at each element and count 0 for the bytes in between. Links below a
+     * folder are copied as links. Fails if the
      * target exists, lies inside the source or the callback cancels, and then nothing
      * is left behind. `cancelled` may be none. [any-thread] [may-block] */
     VX3Bool (*copy)(const VX3Path* from, const VX3Path* to, uint32_t bits, int64_t size, VX3ProgressFunction progress, void* user,

@@ -6,7 +6,8 @@
  *
  * `rank` is the place of the lock in the caller's own order, from 1 for the outermost
  * upwards. A host may ignore it; a checking host reports a thread that takes a lock
- * whose rank is not above those of the locks it holds. A lock taken by `try` is exempt.
+ * whose rank is not above those of the locks it holds. A lock taken by `try` is exempt, but
+ * counts among the held ones.
  */
 #ifndef VX3_LOCK_H
 #define VX3_LOCK_H

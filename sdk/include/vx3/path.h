@@ -10,6 +10,9 @@
  * U+DC00 + b, and a backslash inside a name as U+DC5C, so that every name survives
  * the way into text and back and a backslash is free to be a separator elsewhere.
  *
+ * A memory path has no parts: their getters give empty ones, and calls that would change
+ * them answer 0.
+ *
  * The text of a path is `/a/b` on POSIX systems and `C:\a\b` on Windows. One value is
  * used by one thread at a time. A call that needs memory and gets none answers 0 and
  * leaves the old value.

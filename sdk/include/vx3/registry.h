@@ -10,7 +10,9 @@
 
 enum { VX3_COMMAND_ENABLED = 1, VX3_COMMAND_CHECKED = 2 };
 
-/* The operations of a command, in this order. One that is none is the host's. */
+/* The operations of a command, in this order. One that is none is the host's. An object
+ * stays its module's: `destruct` is called only by a host that takes the object out while
+ * the module still lives. */
 typedef struct VX3CommandTable {
     void (*destruct)(void* object);     /* [start-end] */
     VX3Bool (*execute)(void* object);   /* [gui-thread] [may-block] [nested] */
@@ -38,7 +40,8 @@ typedef struct VX3RegistryServices {
                                  const VX3PrefsPageTable* table);
     /* Registers a whole picture under an id; the bitmap is copied. [start-end] */
     VX3Bool (*registerIcon)(int32_t id, const VX3Bitmap* bitmap);
-    /* Publishes a table of functions for other modules. [start-end] */
+    /* Publishes a table of functions for other modules; 0 if the id is taken.
+     * [start-end] */
     VX3Bool (*publish)(int32_t id, int32_t version, int32_t size, const void* table);
     /* Takes a published table back. [start-end] */
     void (*withdraw)(int32_t id);

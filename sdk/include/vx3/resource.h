@@ -3,7 +3,8 @@
  *
  * A module keeps them in a folder `res` beside its binary: `strings/<code>.txt`, one
  * text a line as `NUMBER<blank>TEXT` with \n and \\ as escapes, `layouts/NUMBER.layout`,
- * `descriptions/NAME.txt`. A number that the user's language lacks is taken from `us`.
+ * `descriptions/NAME.txt`. A number that the user's language lacks is taken from `us`; the
+ * number 0 is the name of the language itself, such as "English".
  */
 #ifndef VX3_RESOURCE_H
 #define VX3_RESOURCE_H

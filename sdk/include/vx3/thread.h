@@ -30,7 +30,7 @@ typedef struct VX3ThreadServices {
     void (*free)(VX3Thread* thread);
     /* Starts the body. With `background` unset the body runs before the call
      * returns. 0 if it cannot be started or was started before.
-     * [any-thread] */
+     * [any-thread] [may-block] */
     VX3Bool (*start)(VX3Thread* thread, VX3Bool background, int32_t priority);
     /* Asks the body to end, which it notices at its next stop test. [any-thread] */
     void (*end)(VX3Thread* thread);
