@@ -24,12 +24,12 @@ std::vector<browser::String> UrlsOfChildren(const ContentRef& folder)
     return texts;
 }
 
-// Random children, each through a URL that has not been asked for its hash before.
+// Random children, each through a URL of its own that has not been asked for its hash.
 double FindTime(const ContentRef& folder, const std::vector<browser::String>& texts, uint64_t& random)
 {
     std::vector<browser::BrowserURL> wanted;
     for (size_t i = 0; i < lookups; i++)
-        wanted.emplace_back(texts[NextRandom(&random) % texts.size()]);
+        wanted.emplace_back(browser::String(texts[NextRandom(&random) % texts.size()].View()));
     size_t found = 0;
     double start = NowSeconds();
     for (browser::BrowserURL& url : wanted) {

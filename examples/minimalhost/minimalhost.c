@@ -746,9 +746,13 @@ static VX3Bool GetPathText(const VX3Path* path, VX3String* text)
     return SetSpan(&text->opaque, PathSpan(path));
 }
 
+/* Asked of ASCII alone: the Kelvin sign is a `k` in lower case, and no drive. */
 static VX3Bool BeginsWithDrive(Span tail)
 {
-    return tail.count > 1 && tail.units[1] == ':' && LowerUnit(tail.units[0]) >= 'a' && LowerUnit(tail.units[0]) <= 'z';
+    if (tail.count < 2 || tail.units[1] != ':')
+        return 0;
+    VX3Unit letter = tail.units[0];
+    return (letter >= 'a' && letter <= 'z') || (letter >= 'A' && letter <= 'Z');
 }
 
 static VX3Bool SetUrlTail(VX3Path* path, const VX3String* tail)

@@ -9,11 +9,9 @@
 #include "services.h"
 #include "values.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr int32_t colourDepth = 24; // bits of a pixel
 constexpr int32_t alphaDepth = 32;

@@ -3,8 +3,7 @@
 #include <cstdlib>
 #include <cstring>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 void Pixels::Free::operator()(uint8_t* block) const
 {

@@ -7,8 +7,7 @@
 #include <cstdint>
 #include <memory>
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 constexpr int32_t maximumSide = 32768;                  // pixels
 constexpr int64_t maximumPixelCount = int64_t(1) << 28; // 1 GiB of memory

@@ -9,11 +9,9 @@
 
 #include "bitmappixels.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr float alphaScale = 255.0f;
 

@@ -5,11 +5,9 @@
 
 #include "vx3/bitmap.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr int32_t lowestQuality = 1;
 constexpr int32_t highestQuality = 100;

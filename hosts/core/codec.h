@@ -10,8 +10,7 @@
 #include "classifymagic.h"
 #include "codecsource.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 struct PictureHead {
     int32_t width = 0;

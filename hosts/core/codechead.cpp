@@ -4,11 +4,9 @@
 
 #include "codec.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 // A stretch of a file as a header to look at; `Get` is short where the file ends.
 class Window

@@ -8,11 +8,9 @@
 #include "codec.h"
 #include "vx3/bitmap.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr int32_t finestColourQuality = 90; // above it colours keep their full resolution
 

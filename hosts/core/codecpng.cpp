@@ -9,11 +9,9 @@
 #include "codec.h"
 #include "vx3/bitmap.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr png_alloc_size_t maximumChunk = 64u << 20; // a profile or a text may be long, a forged one not endless
 constexpr int packingLevel = 6;

@@ -14,11 +14,9 @@
 #include "services.h"
 #include "values.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr mode_t newFileMode = 0666; // less the umask
 constexpr mode_t permissionBits = 07777;

@@ -4,11 +4,9 @@
 
 #include "services.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 constexpr int64_t maximumFileLength = int64_t(1) << 30;
 

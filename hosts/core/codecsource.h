@@ -7,8 +7,7 @@
 
 #include "vx3/file.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 using ByteBuffer = std::vector<uint8_t>;
 

@@ -7,8 +7,7 @@
 
 #include "codec.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 struct CloseTiff {
     void operator()(TIFF* tif) const { TIFFClose(tif); }

@@ -4,11 +4,9 @@
 
 #include "codectiff.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
-namespace
-{
+namespace {
 
 // The library seeks back to patch what it has written, so the file grows in memory.
 struct Target {

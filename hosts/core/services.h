@@ -4,8 +4,7 @@
 
 #include "vx3/host.h"
 
-namespace vx3::core
-{
+namespace vx3::core {
 
 const VX3MemoryServices* MemoryServices();
 const VX3TextServices* TextServices();

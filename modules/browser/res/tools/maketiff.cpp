@@ -7,8 +7,7 @@
 #include <cstdio>
 #include <vector>
 
-namespace
-{
+namespace {
 
 constexpr uint16_t samples = 4;
 
