@@ -483,72 +483,19 @@ static int32_t CompareTextsFolding(const VX3String* a, const VX3String* b)
     return first.count - second.count;
 }
 
-static VX3Bool IsDigit(VX3Unit unit)
-{
-    return unit >= '0' && unit <= '9';
-}
-
-/* The key of `order`, unit by unit: lower case, and for a run of digits a `0`, the number of
- * the digits that count, and these digits. So a longer number is a higher one, and the key
- * and the comparison are the same thing by construction. */
-typedef struct KeyReader {
-    Span span;
-    int32_t at;
-    int32_t digitsLeft;
-    int32_t lengthLeft; /* of a run's length what is still to be told; -1 when all is */
-} KeyReader;
-
-static VX3Bool NextKeyUnit(KeyReader* key, VX3Unit* unit)
-{
-    const int32_t mostInUnit = 0xFFFF;
-    if (key->lengthLeft >= 0) {
-        *unit = (VX3Unit)(key->lengthLeft < mostInUnit ? key->lengthLeft : mostInUnit);
-        key->lengthLeft = key->lengthLeft < mostInUnit ? -1 : key->lengthLeft - mostInUnit;
-        return 1;
-    }
-    if (key->at == key->span.count)
-        return 0;
-    *unit = LowerUnit(key->span.units[key->at]);
-    if (key->digitsLeft > 0 || !IsDigit(*unit)) {
-        key->digitsLeft -= key->digitsLeft > 0;
-        key->at++;
-        return 1;
-    }
-    int32_t end = key->at;
-    while (end < key->span.count && IsDigit(key->span.units[end]))
-        end++;
-    while (key->at < end && key->span.units[key->at] == '0')
-        key->at++;
-    key->digitsLeft = key->lengthLeft = end - key->at;
-    *unit = '0';
-    return 1;
-}
-
+/* The key of `order` is the lower-case form: the comparison folds unit by unit, too. */
 static int32_t MakeOrderKey(const VX3String* text, VX3Unit* units, int32_t capacity)
 {
-    KeyReader key = { TextSpan(text), 0, 0, -1 };
-    int32_t length = 0;
-    for (VX3Unit unit; NextKeyUnit(&key, &unit); length++)
-        if (length < capacity)
-            units[length] = unit;
-    return length;
+    Span span = TextSpan(text);
+    for (int32_t i = 0; i < span.count && i < capacity; i++)
+        units[i] = LowerUnit(span.units[i]);
+    return span.count;
 }
 
 static int32_t OrderTexts(const VX3String* a, const VX3String* b)
 {
-    KeyReader keys[] = { { TextSpan(a), 0, 0, -1 }, { TextSpan(b), 0, 0, -1 } };
-    for (;;) {
-        VX3Unit first = 0;
-        VX3Unit second = 0;
-        VX3Bool hasFirst = NextKeyUnit(&keys[0], &first);
-        VX3Bool hasSecond = NextKeyUnit(&keys[1], &second);
-        if (hasFirst != hasSecond)
-            return hasFirst ? 1 : -1;
-        if (!hasFirst)
-            return CompareTexts(a, b);
-        if (first != second)
-            return (int32_t)first - (int32_t)second;
-    }
+    int32_t folded = CompareTextsFolding(a, b);
+    return folded != 0 ? folded : CompareTexts(a, b);
 }
 
 static VX3Bool TextMatchesAt(const VX3String* text, int32_t position, const VX3String* other, VX3Bool fold)

@@ -59,7 +59,7 @@ class Listing(Case):
         for number, (name, size) in enumerate([("f10.txt", 3), ("f2.txt", 5), ("F1.png", 4)]):
             os.utime(self.write(name, b"x" * size), (1000000 * (number + 1),) * 2)
         cases = {
-            ("name",): ["zfolder", "F1.png", "f2.txt", "f10.txt"],
+            ("name",): ["zfolder", "F1.png", "f10.txt", "f2.txt"],
             ("name", "--reverse"): ["zfolder", "f10.txt", "f2.txt", "F1.png"],
         }
         for words, expected in cases.items():

