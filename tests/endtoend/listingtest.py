@@ -60,7 +60,7 @@ class Listing(Case):
             os.utime(self.write(name, b"x" * size), (1000000 * (number + 1),) * 2)
         cases = {
             ("name",): ["zfolder", "F1.png", "f10.txt", "f2.txt"],
-            ("name", "--reverse"): ["zfolder", "f10.txt", "f2.txt", "F1.png"],
+            ("name", "--reverse"): ["zfolder", "f2.txt", "f10.txt", "F1.png"],
         }
         for words, expected in cases.items():
             result = self.expect(DONE, ["ls", "--json", "--sort", *words])
