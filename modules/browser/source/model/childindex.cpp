@@ -8,6 +8,13 @@ namespace {
 
 constexpr size_t smallestTable = 64;
 
+// Up to four fifths of the slots are used: a search meets few others, and a large folder
+// does not pay for twice its size.
+constexpr bool IsFull(size_t used, size_t capacity)
+{
+    return used * 5 > capacity * 4;
+}
+
 } // namespace
 
 ChildIndex::~ChildIndex()
@@ -23,7 +30,7 @@ RTreeNode* ChildIndex::Taken()
 
 bool ChildIndex::Prepare(size_t children)
 {
-    return children * 2 <= capacity || Grow(children * 2);
+    return !IsFull(children, capacity) || Grow(children * 5 / 4 + 1);
 }
 
 bool ChildIndex::Grow(size_t wanted)
@@ -56,7 +63,7 @@ bool ChildIndex::Add(uint32_t hash, uint32_t length, RTreeNode* child)
         unkeyed++;
         return true;
     }
-    if ((used + 1) * 2 > capacity && !Grow((live + 1) * 4))
+    if (IsFull(used + 1, capacity) && !Grow((live + 1) * 2))
         return false;
     Place(hash, child);
     used++;
