@@ -103,7 +103,10 @@ bool TreeCopier::CopyLink(const std::string& name, const std::string& newName, c
         return false;
     text[length] = 0;
     struct timespec dates[2] = { { 0, UTIME_OMIT }, { status.stx_mtime.tv_sec, status.stx_mtime.tv_nsec } };
-    return symlinkat(text, target.Get(), newName.c_str()) == 0 && utimensat(target.Get(), newName.c_str(), dates, AT_SYMLINK_NOFOLLOW) == 0;
+    if (symlinkat(text, target.Get(), newName.c_str()) != 0)
+        return false;
+    hasMade = true;
+    return utimensat(target.Get(), newName.c_str(), dates, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
 bool TreeCopier::Enter(const std::string& name, const std::string& newName, const struct statx& status)

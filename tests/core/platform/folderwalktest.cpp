@@ -1,8 +1,15 @@
+#include <numeric>
+#include <vector>
+
 #include <fcntl.h>
+#include <grp.h>
 #include <sys/stat.h>
 
 #include "core/corehost.h"
+#include "core/filestatus.h"
 #include "core/localdate.h"
+#include "ownmounts.h"
+#include "scarcememory.h"
 #include "scratch.h"
 
 namespace vx3::core {

@@ -10,6 +10,7 @@
 #include "core/moduleloader.h"
 #include "core/registry.h"
 #include "core/volumes.h"
+#include "scarcememory.h"
 #include "scratch.h"
 
 namespace vx3::core {

@@ -177,6 +177,20 @@ TEST(Copy, RefusedLeavesNothing)
     EXPECT_TRUE(files::is_symlink(scratch / "link"));
 }
 
+TEST(Copy, OfALinkWhoseNameIsTakenMeanwhileLeavesNothing)
+{
+    Scratch scratch;
+    files::create_symlink("anywhere", scratch / "link");
+    std::string to = scratch / "copy";
+    auto takeName = [](void* user, int32_t, int32_t, int64_t, int32_t) {
+        std::ofstream(*static_cast<std::string*>(user)) << "another's";
+        return int32_t(0);
+    };
+    EXPECT_FALSE(FolderServices()->copy(Path(scratch / "link").Get(), Path(to).Get(), 0, 0, takeName, &to, nullptr));
+    EXPECT_EQ(NamesBelow(scratch.Root()), (std::set<std::string>{ "copy", "link" }));
+    EXPECT_EQ(Contents(to), "another's");
+}
+
 TEST(Copy, ThatDoesNotFitLeavesNothing)
 {
     Scratch scratch;

@@ -1,4 +1,5 @@
 #include "core/corehost.h"
+#include "ownmounts.h"
 #include "scratch.h"
 
 namespace vx3::core {
@@ -18,9 +19,9 @@ protected:
     }
     ~TrashTest() override { unsetenv("XDG_DATA_HOME"); }
 
-    bool Delete(const std::string& path, VX3ProgressFunction progress = nullptr)
+    bool Delete(const std::string& path, VX3ProgressFunction progress = nullptr, uint32_t bits = 0)
     {
-        return FolderServices()->remove(Path(path).Get(), 0, 0, progress, nullptr, nullptr);
+        return FolderServices()->remove(Path(path).Get(), bits, 0, progress, nullptr, nullptr);
     }
     std::string Trash() const { return scratch / "data/Trash"; }
 
