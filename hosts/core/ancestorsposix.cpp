@@ -14,9 +14,9 @@ constexpr int mostParents = 4096; // a circle of `..` cannot be, but nothing may
 bool Ancestors::Contain(const FileIdentity& identity)
 {
     if (!isCollected) {
-        isCollected = true;
         CollectAlongPath();
         CollectParents();
+        isCollected = true; // not if there was no memory for all of them
     }
     return std::find(identities.begin(), identities.end(), identity) != identities.end();
 }

@@ -112,7 +112,12 @@ VX3FolderWalk* StartWalk(const VX3Path* folder, uint32_t options)
 
 VX3Bool NextEntry(VX3FolderWalk* walk, VX3FolderEntry* entry)
 {
-    return Guarded([&] { return VX3Bool(walk->walk->Next(*entry)); });
+    try {
+        return walk->walk->Next(*entry);
+    } catch (const std::exception&) {
+        walk->walk->Spoil(); // else the caller would take this for the end
+        return 0;
+    }
 }
 
 VX3Bool WalkIsSound(VX3FolderWalk* walk)

@@ -20,6 +20,7 @@ public:
 
     bool Next(VX3FolderEntry& entry);
     bool IsSound() const { return isSound; }
+    void Spoil() { isSound = false; } // an entry is missing
 
 private:
     FolderWalk(Descriptor open, const std::string& native, uint32_t walkOptions);

@@ -61,7 +61,7 @@ bool FolderWalk::Take(const struct dirent64& listed, VX3FolderEntry& entry)
     entry.reserved = 0;
     if (SetNativeName(entry.name, std::string_view(name, std::strlen(name))))
         return true;
-    isSound = false; // no memory: an entry is missing
+    Spoil(); // no memory
     return false;
 }
 

@@ -143,6 +143,37 @@ TEST(FolderWalk, DatesAreLocalAndOfTheTarget)
     EXPECT_TRUE(SameDate(date, {}));
 }
 
+// Whoever takes the end for the end of the folder drops what was not told.
+TEST(FolderWalk, WithoutMemoryIsNotSound)
+{
+    Scratch scratch;
+    const std::set<std::string> all = { "file", "folder", "link" };
+    scratch.File("file");
+    scratch.Folder("folder");
+    files::create_symlink("folder", scratch / "link"); // asks for the ancestors
+    int failures = 0;
+    for (bool isShort = true; isShort; failures += isShort) {
+        VX3FolderWalk* walk = FolderServices()->startWalk(Path(scratch.Root()).Get(), VX3_WALK_HIDDEN | VX3_WALK_READONLY);
+        ASSERT_TRUE(walk);
+        std::set<std::string> seen;
+        for (bool isDone = false; !isDone;) {
+            VX3FolderEntry entry = {};
+            {
+                ScarceMemory memory(failures);
+                isDone = !FolderServices()->nextEntry(walk, &entry);
+                isShort = memory.HasFailed();
+            }
+            if (!isDone)
+                seen.insert(NativeNameBytes(entry.name));
+            TextServices()->destruct(&entry.name);
+        }
+        EXPECT_EQ(bool(FolderServices()->walkIsSound(walk)), seen == all) << failures;
+        FolderServices()->endWalk(walk);
+        ASSERT_LT(failures, 100);
+    }
+    EXPECT_GT(failures, 2);
+}
+
 TEST(FolderWalk, WhatCannotBeReadGivesNoWalk)
 {
     Scratch scratch;
