@@ -15,8 +15,19 @@ struct VX3FolderWalk {
     std::unique_ptr<vx3::core::FolderWalk> walk;
 };
 
+namespace vx3::core {
+
+struct VolumeValues {
+    Path path;
+    Text name;
+    Text label;
+    uint32_t attributes = 0;
+};
+
+} // namespace vx3::core
+
 struct VX3VolumeWalk {
-    std::vector<vx3::core::VolumeFacts> volumes;
+    std::vector<vx3::core::VolumeValues> volumes;
     size_t next = 0;
 };
 
@@ -133,12 +144,23 @@ void EndWalk(VX3FolderWalk* walk)
     liveCounters.walks.Subtract();
 }
 
+bool MakeValues(const VolumeFacts& facts, VolumeValues& values)
+{
+    values.attributes = facts.attributes;
+    return SetNativePath(*values.path.Get(), facts.path) && PathServices()->getText(values.path.Get(), values.name.Get())
+        && SetNativeName(*values.label.Get(), facts.label);
+}
+
+// All values are made here: a walk that ended early would look like a machine with fewer volumes.
 VX3VolumeWalk* StartVolumes()
 {
     return Guarded([]() -> VX3VolumeWalk* {
-        auto* walk = new VX3VolumeWalk{ ListVolumes(), 0 };
+        auto walk = std::make_unique<VX3VolumeWalk>();
+        for (const VolumeFacts& facts : ListVolumes())
+            if (!MakeValues(facts, walk->volumes.emplace_back()))
+                return nullptr;
         liveCounters.walks.Add();
-        return walk;
+        return walk.release();
     });
 }
 
@@ -146,13 +168,12 @@ VX3Bool NextVolume(VX3VolumeWalk* walk, VX3Volume* volume)
 {
     if (walk->next >= walk->volumes.size())
         return 0;
-    const VolumeFacts& facts = walk->volumes[walk->next];
-    if (!SetNativePath(volume->path, facts.path) || !PathServices()->getText(&volume->path, &volume->name)
-        || !SetNativeName(volume->label, facts.label))
-        return 0;
-    volume->attributes = facts.attributes;
+    VolumeValues& values = walk->volumes[walk->next++];
+    std::swap(volume->path, *values.path.Get()); // what the caller had goes with the walk
+    std::swap(volume->name, *values.name.Get());
+    std::swap(volume->label, *values.label.Get());
+    volume->attributes = values.attributes;
     volume->reserved = 0;
-    ++walk->next;
     return 1;
 }
 

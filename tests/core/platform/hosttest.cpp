@@ -247,6 +247,34 @@ TEST(Volumes, TheTableOfMountsAsItIsWritten)
     EXPECT_EQ(ReadMountTable("")[0].path, "/");
 }
 
+// A shorter list would take volumes out of the browser.
+TEST(Volumes, WithoutMemoryThereIsNoListAndNoShorterOne)
+{
+    auto count = [](int successes, bool& isShort) {
+        ScarceMemory memory(successes);
+        VX3VolumeWalk* walk = FolderServices()->startVolumes();
+        VX3Volume volume = {};
+        int volumes = walk ? 0 : -1;
+        while (walk && FolderServices()->nextVolume(walk, &volume))
+            ++volumes;
+        FolderServices()->endVolumes(walk);
+        PathServices()->destruct(&volume.path);
+        TextServices()->destruct(&volume.name);
+        TextServices()->destruct(&volume.label);
+        isShort = memory.HasFailed();
+        return volumes;
+    };
+    constexpr int plenty = 1 << 30;
+    bool isShort = false;
+    const int all = count(plenty, isShort);
+    int failures = 0;
+    for (isShort = true; isShort; failures += isShort) {
+        int counted = count(failures, isShort);
+        ASSERT_TRUE(counted == all || counted == -1) << counted << " after " << failures << " requests";
+    }
+    EXPECT_GT(failures, 3 * all);
+}
+
 TEST(Volumes, OfThisMachineBeginWithTheRootAndAnswer)
 {
     VX3VolumeWalk* walk = FolderServices()->startVolumes();
