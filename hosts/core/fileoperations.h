@@ -40,7 +40,9 @@ private:
 
 bool MakeFolder(const std::string& path);
 bool RenameWithoutReplacing(const std::string& from, const std::string& to);
-bool AreOnOneVolume(const std::string& a, const std::string& b);
+// Can `moved` go to `target`, or into it, by a new name alone? Where `target` is a link to
+// a folder, that folder counts; of `moved` the link itself does.
+bool AreOnOneVolume(const std::string& target, const std::string& moved);
 bool CopyTree(const std::string& from, const std::string& to, OperationProgress& progress);
 bool RemoveTree(const std::string& path, OperationProgress& progress);
 bool MoveToTrash(const std::string& path, int64_t size, OperationProgress& progress);

@@ -41,11 +41,23 @@ bool RenameAfterLook(const std::string& from, const std::string& to)
     return !FileExists(to) && std::rename(from.c_str(), to.c_str()) == 0;
 }
 
-bool ReadVolume(const std::string& path, struct statx& status)
+bool ReadVolume(const std::string& path, bool followLink, struct statx& status)
 {
     constexpr unsigned fields = entryFields | STATX_MNT_ID;
-    return statx(AT_FDCWD, path.c_str(), AT_SYMLINK_NOFOLLOW | AT_NO_AUTOMOUNT, fields, &status) == 0
-        || statx(AT_FDCWD, FolderOf(path).c_str(), AT_NO_AUTOMOUNT, fields, &status) == 0;
+    const int flags = AT_NO_AUTOMOUNT | (followLink ? 0 : AT_SYMLINK_NOFOLLOW);
+    return statx(AT_FDCWD, path.c_str(), flags, fields, &status) == 0;
+}
+
+// Of the folder that something is to go into: a link to a folder leads there.
+bool ReadVolumeOfFolder(const std::string& path, struct statx& status)
+{
+    return ReadVolume(path, true, status) && S_ISDIR(status.stx_mode);
+}
+
+// Of a thing itself, or of the folder it is to stand in.
+bool ReadVolumeOfEntry(const std::string& path, struct statx& status)
+{
+    return ReadVolume(path, false, status) || ReadVolume(FolderOf(path), true, status);
 }
 
 } // namespace
@@ -65,11 +77,11 @@ bool RenameWithoutReplacing(const std::string& from, const std::string& to)
     return (errno == EINVAL || errno == ENOSYS) && RenameAfterLook(from, to);
 }
 
-bool AreOnOneVolume(const std::string& a, const std::string& b)
+bool AreOnOneVolume(const std::string& target, const std::string& moved)
 {
     struct statx first;
     struct statx second;
-    if (!ReadVolume(a, first) || !ReadVolume(b, second))
+    if ((!ReadVolumeOfFolder(target, first) && !ReadVolumeOfEntry(target, first)) || !ReadVolumeOfEntry(moved, second))
         return false;
     // Two mounts of one disk do not take each other's files either.
     bool hasMounts = (first.stx_mask & second.stx_mask & STATX_MNT_ID) != 0;

@@ -298,6 +298,12 @@ TEST(Volumes, OneVolumeHoldsAFolderAndWhatIsNotThereYet)
     EXPECT_TRUE(same(scratch.Root(), scratch / "absent"));
     EXPECT_FALSE(same(scratch.Root(), "/proc"));
     EXPECT_FALSE(same(scratch.Root(), scratch / "absent/deeper"));
+    files::create_symlink("/proc", scratch / "toproc");
+    files::create_symlink("file", scratch / "tofile");
+    EXPECT_FALSE(same(scratch / "toproc", scratch / "absent")) << "what goes into the link goes to another volume";
+    EXPECT_TRUE(same(scratch / "toproc", "/proc/version"));
+    EXPECT_TRUE(same(scratch.Root(), scratch / "toproc")) << "the link itself is here";
+    EXPECT_TRUE(same(scratch / "tofile", scratch.Root()));
     EXPECT_FALSE(FolderServices()->createFolder(Path(scratch.Root()).Get()));
     EXPECT_TRUE(FolderServices()->createFolder(Path(scratch / "new").Get()));
 }
