@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -41,9 +42,7 @@ public:
 
 private:
     uint32_t user;
-    static constexpr int mostGroups = 64; // further ones are passed over
-    uint32_t groups[mostGroups];
-    int groupCount;
+    std::vector<gid_t> groups;
 };
 
 // Fills all fields but the name and the flags that come from the name and from links.

@@ -37,8 +37,10 @@ bool ReadStatus(int folder, const char* name, bool followLink, struct statx& sta
 WriteRights::WriteRights()
     : user(geteuid())
 {
-    groupCount = std::max(getgroups(mostGroups - 1, groups), 0);
-    groups[groupCount++] = getegid();
+    groups.resize(static_cast<size_t>(std::max(getgroups(0, nullptr), 0)));
+    if (!groups.empty())
+        groups.resize(static_cast<size_t>(std::max(getgroups(static_cast<int>(groups.size()), groups.data()), 0)));
+    groups.push_back(getegid());
 }
 
 bool WriteRights::IsReadOnly(const struct statx& status) const
@@ -50,7 +52,7 @@ bool WriteRights::IsReadOnly(const struct statx& status) const
         return false;
     if (status.stx_uid == user)
         return (status.stx_mode & S_IWUSR) == 0;
-    bool isInGroup = std::find(groups, groups + groupCount, status.stx_gid) != groups + groupCount;
+    bool isInGroup = std::find(groups.begin(), groups.end(), status.stx_gid) != groups.end();
     return (status.stx_mode & (isInGroup ? S_IWGRP : S_IWOTH)) == 0;
 }
 

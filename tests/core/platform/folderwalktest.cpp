@@ -174,6 +174,31 @@ TEST(FolderWalk, WithoutMemoryIsNotSound)
     EXPECT_GT(failures, 2);
 }
 
+TEST(FolderWalk, RightsOfAUserInManyGroups)
+{
+    if (!IsRoot())
+        GTEST_SKIP() << "only root may join groups";
+    auto trouble = RunWithOwnMounts([]() -> std::string {
+        constexpr gid_t firstGroup = 70000;
+        constexpr uid_t someUser = 70000;
+        std::vector<gid_t> groups(200);
+        std::iota(groups.begin(), groups.end(), firstGroup);
+        if (setgroups(groups.size(), groups.data()) != 0 || setresuid(someUser, someUser, someUser) != 0)
+            return "no change of user";
+        struct statx status = {};
+        status.stx_mode = S_IFREG | 0664;
+        for (gid_t group : { groups.front(), groups.back() }) {
+            status.stx_gid = group;
+            if (WriteRights().IsReadOnly(status))
+                return "no right from group " + std::to_string(group);
+        }
+        status.stx_gid = groups.back() + 1;
+        return WriteRights().IsReadOnly(status) ? "" : "a right from a group of others";
+    });
+    ASSERT_TRUE(trouble);
+    EXPECT_EQ(*trouble, "");
+}
+
 TEST(FolderWalk, WhatCannotBeReadGivesNoWalk)
 {
     Scratch scratch;
