@@ -32,15 +32,25 @@ enum class Freshness {
 // One system call on a name below an open folder, or on a path with AT_FDCWD.
 bool ReadStatus(int folder, const char* name, bool followLink, struct statx& status, Freshness freshness = Freshness::Asked);
 
-// Whose rights count: the user and groups of this process, asked for once.
+// What holds for all entries of a folder: the file system that it lies on.
+struct FileSystemFacts {
+    bool isReadOnly = false; // mounted so
+};
+FileSystemFacts ReadFileSystem(int descriptor);
+FileSystemFacts ReadFileSystem(const std::string& path);
+
+// Whose rights count: the user and groups of this process, asked for once, on one file
+// system. A link or a mount may lead an entry of a folder to another one, which is not
+// asked.
 class WriteRights
 {
 public:
-    WriteRights();
+    explicit WriteRights(const FileSystemFacts& fileSystem = {});
     // No write bit in the mode tells a read-only file even where the user may do all.
     bool IsReadOnly(const struct statx& status) const;
 
 private:
+    bool isReadOnlyVolume;
     uint32_t user;
     std::vector<gid_t> groups;
 };

@@ -1,5 +1,7 @@
 #include <algorithm>
 
+#include <sys/statvfs.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include "ancestors.h"
@@ -20,6 +22,11 @@ VX3FileDate CreatedDate(const struct statx& status, LocalDates& dates)
     return dates.Convert(isKept ? status.stx_btime.tv_sec : status.stx_mtime.tv_sec);
 }
 
+FileSystemFacts FactsOf(const struct statfs& status)
+{
+    return { (status.f_flags & ST_RDONLY) != 0 };
+}
+
 } // namespace
 
 FileIdentity IdentityOf(const struct statx& status)
@@ -34,8 +41,21 @@ bool ReadStatus(int folder, const char* name, bool followLink, struct statx& sta
     return statx(folder, name, flags, entryFields, &status) == 0;
 }
 
-WriteRights::WriteRights()
-    : user(geteuid())
+FileSystemFacts ReadFileSystem(int descriptor)
+{
+    struct statfs status;
+    return fstatfs(descriptor, &status) == 0 ? FactsOf(status) : FileSystemFacts();
+}
+
+FileSystemFacts ReadFileSystem(const std::string& path)
+{
+    struct statfs status;
+    return statfs(path.c_str(), &status) == 0 ? FactsOf(status) : FileSystemFacts();
+}
+
+WriteRights::WriteRights(const FileSystemFacts& fileSystem)
+    : isReadOnlyVolume(fileSystem.isReadOnly)
+    , user(geteuid())
 {
     groups.resize(static_cast<size_t>(std::max(getgroups(0, nullptr), 0)));
     if (!groups.empty())
@@ -46,7 +66,7 @@ WriteRights::WriteRights()
 bool WriteRights::IsReadOnly(const struct statx& status) const
 {
     constexpr uint32_t anyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
-    if ((status.stx_mode & anyWrite) == 0)
+    if (isReadOnlyVolume || (status.stx_mode & anyWrite) == 0)
         return true;
     if (user == 0)
         return false;
@@ -99,7 +119,7 @@ bool InspectFile(const std::string& native, VX3FolderEntry& entry)
         flags |= VX3_ENTRY_LINK | (found == FollowedStatus::Broken ? VX3_ENTRY_BROKEN : 0);
     }
     LocalDates dates;
-    DescribeStatus(status, WriteRights(), dates, entry);
+    DescribeStatus(status, WriteRights(ReadFileSystem(native)), dates, entry);
     entry.flags |= flags;
     return true;
 }

@@ -21,6 +21,7 @@ FolderWalk::FolderWalk(Descriptor open, const std::string& native, uint32_t walk
     : folder(std::move(open))
     , options(walkOptions)
     , ancestors(native)
+    , rights(ReadFileSystem(folder.Get()))
     , buffer(new char[bufferSize])
 {
 }

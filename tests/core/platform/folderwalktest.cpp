@@ -174,6 +174,33 @@ TEST(FolderWalk, WithoutMemoryIsNotSound)
     EXPECT_GT(failures, 2);
 }
 
+TEST(FolderWalk, OnAReadOnlyVolumeAllIsReadOnly)
+{
+    Scratch scratch;
+    std::string folder = scratch.Folder("mounted");
+    auto isMarked = [](const std::string& path) {
+        VX3FolderEntry entry = {};
+        return FolderServices()->inspect(Path(path).Get(), &entry) && (entry.flags & VX3_ENTRY_READONLY);
+    };
+    auto trouble = RunWithOwnMounts([&]() -> std::string {
+        if (!MountMemory(folder))
+            return "no mount";
+        scratch.File("mounted/file");
+        files::create_symlink("file", folder + "/link");
+        if (isMarked(folder + "/file") || (Walk(folder)["file"].flags & VX3_ENTRY_READONLY))
+            return "marked before";
+        if (!MakeMountReadOnly(folder))
+            return "no read-only mount";
+        for (const char* name : { "file", "link" })
+            if (!isMarked(folder + "/" + name) || !(Walk(folder)[name].flags & VX3_ENTRY_READONLY))
+                return std::string("not marked: ") + name;
+        return Walk(folder, VX3_WALK_HIDDEN).empty() ? "" : "told though not asked for";
+    });
+    if (!trouble)
+        GTEST_SKIP() << "no right to mount";
+    EXPECT_EQ(*trouble, "");
+}
+
 TEST(FolderWalk, RightsOfAUserInManyGroups)
 {
     if (!IsRoot())
