@@ -142,6 +142,20 @@ TEST_F(Tree, InsertLastDetachedTakesOnlyUnlinkedNodes)
     EXPECT_EQ(ChildrenOf(*parent), (std::vector<int>{ 1, 2, 3 }));
 }
 
+// In front of a node that hangs nowhere there is no place.
+TEST_F(Tree, ANodeStaysWhereItsNewSiblingHasNoParent)
+{
+    Owned owned;
+    NodeRef parent = NewNode(), node = NewNode(1), gone = NewNode(2);
+    parent->InsertLast(owned.tree);
+    node->InsertLast(parent.Get());
+    node->InsertBefore(gone.Get());
+    EXPECT_EQ(ChildrenOf(*parent), std::vector<int>{ 1 });
+    EXPECT_TRUE(node->IsAtOrBelow(*parent));
+    EXPECT_FALSE(parent->IsAtOrBelow(*node));
+    EXPECT_FALSE(gone->MoveToEnd(parent.Get(), nullptr));
+}
+
 TEST_F(Tree, HeldNodesSurviveTheirTreeAsSingleNodes)
 {
     NodeRef kept = NewNode(1), next = NewNode(2), child = NewNode(3), out;

@@ -124,11 +124,56 @@ TEST_F(Url, JoinsNames)
     EXPECT_TRUE(folder.HasExtension(TextOf("tif")));
 }
 
+TEST_F(Url, AllZeroIsAnEmptyValue)
+{
+    VX3Url zero = {};
+    BrowserURL& url = BrowserURL::Of(&zero);
+    BrowserURL parent("x:/y");
+    EXPECT_FALSE(url.HasContent());
+    EXPECT_FALSE(url.HasFile());
+    url.GetParent(parent);
+    EXPECT_EQ(Text(parent), "");
+    EXPECT_EQ(Text(url), "");
+}
+
+// A key that is made without the text is the one of the text.
+TEST_F(Url, KeysOfFiles)
+{
+    for (const char* native : { "/", "/a", "/A/b c.TIF", "/x/\xFF", "/x/back\\slash" }) {
+        BrowserURL url(PathOf(native));
+        BrowserURL::Key key;
+        ASSERT_TRUE(BrowserURL::KeyOfFile(PathOf(native), key));
+        EXPECT_EQ(key.hash, url.GetHash()) << native;
+        EXPECT_EQ(key.length, static_cast<uint32_t>(url.GetText().Length())) << native;
+    }
+}
+
+// Without memory a value is the new one or empty, and never an address of another place.
+TEST_F(Url, NeverNamesAnotherPlace)
+{
+    using namespace vx3::testing;
+    FilePath path = PathOf("/a/b"), back;
+    const String other = TextOf("preset://other");
+    int64_t runs = FailEachInTurn(testHost.Faults(), FailClass::Memory, Failing::Once, [&](int64_t nth) {
+        BrowserURL url(other);
+        url.SetFile(path);
+        const std::string text = Text(url);
+        EXPECT_TRUE(text.empty() || text == "file://localhost/a/b") << nth << ": " << text;
+        BrowserURL copy;
+        copy = url;
+        EXPECT_TRUE(!copy.HasContent() || Text(copy) == text || Text(copy).empty() || text.empty()) << nth << ": " << Text(copy);
+        BrowserURL up;
+        url.GetParent(up);
+        EXPECT_TRUE(Text(up).empty() || Text(up) == "file://localhost/a") << nth << ": " << Text(up);
+    });
+    EXPECT_GT(runs, 5);
+}
+
 // Without memory for a buffer a long text is cut, and the call still answers.
 TEST_F(Url, LongTextsAreCutWithoutMemory)
 {
     using namespace vx3::testing;
-    constexpr int32_t prefix = 16, whole = prefix + 3001, cut = prefix + 1 + 1024;
+    constexpr int32_t prefix = 16, whole = prefix + 3001, cut = 1024;
     FilePath path = PathOf("/" + std::string(3000, 'x'));
     int64_t cuts = 0;
     int64_t runs = FailEachInTurn(testHost.Faults(), FailClass::Memory, Failing::Once, [&](int64_t) {

@@ -44,6 +44,24 @@ protected:
         return Utf8(url.GetText());
     }
 
+    // Every node of a whole listing is a place on the disk below its folder's.
+    void ExpectOnDisk(DirectoryNode& folder)
+    {
+        folder.MarkDirty();
+        const std::string path = NativeOf(folder.GetPath());
+        NodeRef child;
+        for (folder.GetFirstChild(child); child; child->GetNext(child)) {
+            DirectoryNode& node = *AsDirectory(ContentOf(child));
+            const std::string own = NativeOf(node.GetPath());
+            EXPECT_EQ(own.substr(0, own.rfind('/')), path);
+            EXPECT_TRUE(Disk().Exists(own)) << own;
+            BrowserURL url(node.GetPath());
+            EXPECT_EQ(node.IndexHash(), url.GetHash()) << own;
+            if (node.CanHoldChildren())
+                ExpectOnDisk(node);
+        }
+    }
+
     DirectoryRef top, a, b;
     std::string before;
 };
@@ -61,6 +79,52 @@ TEST_F(Change, ARenameTakesAllBelowWithIt)
     top->Populate();
     EXPECT_EQ(Child(*top, "ab").Get(), a.Get()) << "the next listing knows the node";
     EXPECT_EQ(Names(*a), (Strings{ "one.tif", "in" }));
+}
+
+// A dirty folder is listed after its children have their new addresses, not before.
+TEST_F(Change, ADirtyFolderKeepsItsChildren)
+{
+    DirectoryRef in = Child(*a, "in"), two = Child(*in, "two.tif");
+    a->MarkDirty();
+    in->MarkDirty();
+    ASSERT_EQ(a->Rename(ChangeMode::Do, TextOf("renamed")), Error::none);
+    EXPECT_EQ(Child(*a, "in").Get(), in.Get());
+    EXPECT_EQ(Child(*in, "two.tif").Get(), two.Get());
+    a->MarkDirty();
+    in->MarkDirty();
+    ASSERT_EQ(b->MoveInto(a, ChangeMode::Do, {}), Error::none);
+    EXPECT_EQ(Child(*in, "two.tif").Get(), two.Get());
+    EXPECT_EQ(UrlOf(*two), "file://localhost/p/b/renamed/in/two.tif");
+}
+
+// Whatever call fails, a node stands where the disk says, or has left the tree.
+TEST_F(Change, AFailureLeavesNoNodeAtAWrongPlace)
+{
+    using namespace vx3::testing;
+    const auto disk = Disk().Keep();
+    for (FailClass kind : { FailClass::Memory, FailClass::Rename, FailClass::CreateFolder, FailClass::Copy, FailClass::Remove })
+        for (Failing failing : { Failing::Once, Failing::FromThereOn }) {
+            int64_t failures = 1, runs = 0;
+            for (; failures; runs++) {
+                Disk().Restore(disk);
+                DirectoryRef folder = Top("/p"), from = Child(*folder, "a"), into = Child(*folder, "b");
+                (void)Names(*Child(*from, "in"));
+                const String name = TextOf("ab"), made = TextOf("made");
+                ContentRef fresh;
+                testHost.Faults().Fail(kind, runs + 1, failing);
+                (void)from->Rename(ChangeMode::Do, name);
+                (void)into->MoveInto(from, ChangeMode::Do, {});
+                (void)into->CreateFolder(ChangeMode::Do, made, &fresh);
+                (void)folder->CopyInto(from, ChangeMode::Do, &made, {}, 0);
+                (void)into->Delete(ChangeMode::Do, {});
+                failures = testHost.Faults().FailuresOf(kind);
+                testHost.Faults().Clear();
+                ExpectOnDisk(*folder);
+                fresh = ContentRef();
+                folder->Remove();
+            }
+            EXPECT_GT(runs, kind == FailClass::Memory ? 50 : 1);
+        }
 }
 
 TEST_F(Change, NamesThatLeaveTheFolderAreRefused)
@@ -118,7 +182,8 @@ TEST_F(Change, AFailedMoveChangesNothing)
     EXPECT_EQ(Child(*a, "one.tif").Get(), one.Get());
     EXPECT_EQ(Child(*a, "in")->MoveInto(a, ChangeMode::Do, {}), Error::moveFailed) << "into itself";
     EXPECT_EQ(Child(*top, "a").Get(), a.Get());
-    EXPECT_EQ(a->MoveInto(a, ChangeMode::Do, {}), Error::move);
+    EXPECT_EQ(a->MoveInto(a, ChangeMode::Do, {}), Error::moveFailed);
+    EXPECT_EQ(Child(*a, "in")->MoveInto(a, ChangeMode::Ask, {}), Error::move);
     ContentRef category(Make<CategoryNode>()(TextOf("x"), TextOf("x:/"), Icon::Folder));
     EXPECT_EQ(a->MoveInto(category, ChangeMode::Do, {}), Error::wrongType);
     Disk().SetReadOnly("/p/b");

@@ -93,7 +93,10 @@ protected:
 
     void LookUp(DirectoryNode& folder, const String& name)
     {
-        BrowserURL url(folder.PathOfChild(name));
+        FilePath path;
+        if (!folder.ReadPath(path) || !path.Append(name))
+            return;
+        BrowserURL url(path);
         ContentRef found;
         FindNodeByUrl(url, FindPlain, ContentRef(top), found);
     }

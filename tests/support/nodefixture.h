@@ -44,11 +44,7 @@ protected:
     static browser::DirectoryRef Top(const std::string& path)
     {
         browser::DirectoryEntry entry;
-        entry.path = PathOf(path);
-        browser::BrowserURL url(entry.path);
-        entry.urlHash = url.GetHash();
-        entry.urlLength = static_cast<uint32_t>(url.GetText().Length());
-        entry.name = entry.path.Last();
+        EXPECT_TRUE(browser::MakeAddress(PathOf(path), entry.address));
         entry.flags = browser::Attribute::folder | browser::Attribute::dirty;
         browser::DirectoryRef node(browser::Make<browser::DirectoryNode>()(std::move(entry)));
         node->InsertLast(browser::contentTree.tree);

@@ -47,6 +47,7 @@ typedef struct VX3Url {
 #define VX3_NODE_VOLUME 0x20000u
 #define VX3_NODE_DIRTY 0x40000u
 #define VX3_NODE_BROKEN_LINK 0x20000000u
+#define VX3_NODE_CATEGORY 0x40000000u /* a fixed heading */
 
 /* Flags of `getUrl` and `getPlugin`. */
 #define VX3_URL_LINK_TARGET 0x80000000u
@@ -118,7 +119,8 @@ typedef struct VX3IconFunctions {
     /* The same as a preview object; the caller must free with `releasePreview`.
      * [gui-thread] [may-block] */
     VX3Preview* (*icon)(int32_t number, int32_t size);
-    /* Wraps a bitmap; with `owned` set the object frees it. Flags: 2 is drawn in the
+    /* Wraps a bitmap; with `owned` set the object frees it, and it is given away
+     * whatever the outcome. Flags: 2 is drawn in the
      * mode 768, 4 is never enlarged. The caller must free with `releasePreview`.
      * [any-thread] */
     VX3Preview* (*makePreview)(VX3Bitmap* bitmap, uint32_t flags, VX3Bool owned);
@@ -195,7 +197,7 @@ typedef struct VX3LinkFunctions {
     void (*getParent)(VX3Node* node, VX3Node** parent);    /* [any-thread] */
     void (*getNext)(VX3Node* node, VX3Node** next);        /* [any-thread] */
     void (*getPrev)(VX3Node* node, VX3Node** prev);        /* [any-thread] */
-    void (*insertLast)(VX3Node* node, VX3Node* parent);    /* `parent` may be none. [any-thread] */
+    VX3Bool (*insertLast)(VX3Node* node, VX3Node* parent); /* `parent` may be none. [any-thread] */
     void (*insertBefore)(VX3Node* node, VX3Node* sibling); /* [any-thread] */
     void (*detach)(VX3Node* node);                         /* [any-thread] */
     void (*removeChildren)(VX3Node* node);                 /* [any-thread] */

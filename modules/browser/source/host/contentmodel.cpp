@@ -53,7 +53,8 @@ void MakeRoot(const RootRow& row)
         parent = contentTree.Presets();
     if (!parent)
         return;
-    ContentRef root(Make<CategoryNode>()(ResourceText(row.name), String(row.url), row.icon));
+    String url(row.url);
+    ContentRef root(url.IsEmpty() ? nullptr : Make<CategoryNode>()(ResourceText(row.name), url, row.icon));
     if (!root)
         return;
     root->InsertLast(parent);
@@ -65,13 +66,14 @@ bool PathOfNetworkUrl(BrowserURL& url, FilePath& path)
     ContentRef node;
     BrowserURL found;
     FindNetworkNode(url, node);
-    return node && node->GetUrl(found, 0) && found.GetFile(path);
+    return node && node->GetUrl(found, 0) && found.GetKnownFile(path);
 }
 
 void ConnectUpcalls()
 {
     upcalls.makeIcon = GetIcon;
     upcalls.listVolumes = ListVolumes;
+    upcalls.mountLibraries = LoadLibraries;
     upcalls.stampDate = [](BrowserContentNode& category, const FileDate& date) { static_cast<CategoryNode&>(category).StampDate(date); };
     ConnectNetworkResolver(PathOfNetworkUrl);
 }

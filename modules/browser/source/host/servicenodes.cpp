@@ -90,7 +90,7 @@ uint32_t CreateFolderInNode(VX3Node* node, int32_t mode, const VX3String* name, 
 {
     ContentRef made;
     ErrorCode result = FromC(node)->CreateFolder(ModeOf(mode), String::Of(name), folder ? &made : nullptr);
-    if (folder)
+    if (made)
         GiveOut(std::move(made), folder);
     return result;
 }

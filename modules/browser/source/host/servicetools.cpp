@@ -32,11 +32,10 @@ VX3Node** SortedChildren(int32_t order, VX3Node* first, int32_t* count)
     Array<NodeRef> sorted;
     *count = 0;
     NodeRef node = NodeRef::Adopt(FromC(first));
-    if (!node || !MakeSortedChildren(SortModeOf(order), std::move(node), sorted))
+    if (!node)
         return nullptr;
-    VX3Node** array = MakeNodeArray(sorted);
-    if (array)
-        *count = static_cast<int32_t>(sorted.Count());
+    VX3Node** array = MakeSortedChildren(SortModeOf(order), std::move(node), sorted) ? MakeNodeArray(sorted) : nullptr;
+    *count = array ? static_cast<int32_t>(sorted.Count()) : -1;
     return array;
 }
 

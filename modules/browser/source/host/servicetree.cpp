@@ -76,17 +76,18 @@ VX3Bool ReleaseWithoutDelete(VX3Node* node)
     return FromC(node)->ReleaseNoDelete();
 }
 
-void InsertLast(VX3Node* node, VX3Node* parent)
+VX3Bool InsertLast(VX3Node* node, VX3Node* parent)
 {
     if (parent)
-        (void)FromC(node)->AttachTo(*FromC(parent));
-    else
-        FromC(node)->InsertLast(nullptr);
+        return FromC(node)->AttachTo(*FromC(parent));
+    FromC(node)->InsertLast(nullptr);
+    return true;
 }
 
 void InsertBefore(VX3Node* node, VX3Node* sibling)
 {
-    FromC(node)->InsertBefore(FromC(sibling));
+    if (!FromC(sibling)->IsAtOrBelow(*FromC(node)))
+        FromC(node)->InsertBefore(FromC(sibling));
 }
 
 void DetachNode(VX3Node* node)

@@ -77,9 +77,10 @@ bool LoadTexts(void* data)
 
 void StartLoading()
 {
+    if (!run.started || run.presetLoader)
+        return;
     (void)CreateLoadSemaphore();
-    if (!run.presetLoader)
-        run.presetLoader = Make<ThreadedPresetLoading>()();
+    run.presetLoader = Make<ThreadedPresetLoading>()();
     bool failed = HasUserInterface() && run.presetLoader && !run.presetLoader->Start(VX3_PRIORITY_BACKGROUND);
     if (failed)
         ReportCriticalStop();
@@ -106,7 +107,8 @@ void UpdateVolume(const VX3VolumeChange& change)
     FindNodeByUrl(url, FindPlain, ContentRef(), node);
     if (!node || node->GetNodeType() != NodeType::Directory)
         return;
-    if (change.removed) {
+    // A path that is no volume lies in one: its folder shows what is under the mount.
+    if (change.removed && node->HasFlags(Attribute::volume)) {
         node->Remove();
     } else {
         node->MarkDirty();
@@ -145,8 +147,8 @@ void EndRun()
 
 bool PluginStart()
 {
-    if (run.ready)
-        return true;
+    if (run.started)
+        return run.ready;
     if (IsExcluded())
         return false;
     run.started = true;

@@ -115,7 +115,10 @@ void GetUserLibraryFolder(FilePath& out)
         return;
     if (!state.userFolderMade)
         state.userFolderMade = MakeWithParents(out);
-    (void)out.Append("browser");
+    if (!out.Append("browser")) {
+        out.Clear();
+        return;
+    }
     if (state.userBrowserFolderChecked)
         return;
     state.userBrowserFolderChecked = ExistsOrMade(out);

@@ -61,18 +61,28 @@ public:
     bool IsRemoved() const { return HasFlags(Attribute::removed); }
     bool CanHoldChildren() const { return HasFlags(Attribute::canHoldChildren); }
     // Marks a folder so that the next request for children lists it.
-    void MarkDirty() { SetFlags(Attribute::dirty); }
+    void MarkDirty()
+    {
+        if (CanHoldChildren())
+            SetFlags(Attribute::dirty);
+    }
     void ClearFlags(uint32_t bits) { flags.fetch_and(~bits, std::memory_order_acq_rel); }
     void SetFlags(uint32_t bits) { flags.fetch_or(bits, std::memory_order_acq_rel); }
     bool HasFlags(uint32_t anyOf) const { return (Flags() & anyOf) != 0; }
     uint32_t Flags() const { return flags.load(std::memory_order_acquire); }
 
-    // Attaches as last child; false below a parent that has been removed.
-    [[nodiscard]] bool AttachTo(BrowserContentNode& newParent) { return InsertLastIf(&newParent, IsAlive); }
+    // Attaches as last child; false below a parent that has been removed, and below itself.
+    [[nodiscard]] bool AttachTo(BrowserContentNode& newParent)
+    {
+        return !newParent.IsAtOrBelow(*this) && InsertLastIf(&newParent, IsAlive);
+    }
+    // Moves a child of `ownParent` behind its siblings.
+    [[nodiscard]] bool MoveBehindSiblings(BrowserContentNode& ownParent) { return MoveToEnd(&ownParent, IsAlive); }
 
     // The same for unlinked nodes that only the caller knows, all at once.
     [[nodiscard]] bool InsertAllLast(NodeRef* nodes, size_t count) { return InsertAllLastIf(nodes, count, IsAlive); }
 
+    using RTreeNode::CollectChildren;
     using RTreeNode::GetFirstChildLinked;
     using RTreeNode::GetLastChildLinked;
 

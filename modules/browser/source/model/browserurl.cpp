@@ -56,24 +56,45 @@ void ConnectNetworkResolver(bool (*resolver)(BrowserURL& url, FilePath& path))
     networkResolver = resolver;
 }
 
+BrowserURL& BrowserURL::operator=(const BrowserURL& other)
+{
+    if (path.Set(other.path) && text.Set(other.text)) {
+        flags = other.flags;
+        hash = other.hash;
+    } else {
+        SetText(String());
+    }
+    return *this;
+}
+
 void BrowserURL::SetText(const String& newText)
 {
     flags = textGiven | textCanonical;
-    text = newText;
-    DropTrailingSlash();
+    if (text.Set(newText))
+        DropTrailingSlash();
+    else
+        text.Clear();
 }
 
 void BrowserURL::SetFile(const FilePath& newPath)
 {
     flags = pathValid;
-    path = newPath;
+    if (!path.Set(newPath))
+        path.Clear();
 }
 
 void BrowserURL::SetFileAndText(const FilePath& newPath, const String& newText)
 {
-    flags = pathValid | textCanonical;
-    path = newPath;
-    text = newText;
+    SetFile(newPath);
+    flags |= textCanonical;
+    if (!text.Set(newText))
+        text.Clear();
+}
+
+void BrowserURL::SettleZero()
+{
+    if (!(flags & (textGiven | textCanonical | pathValid)))
+        flags |= textGiven | textCanonical;
 }
 
 // Only where a further slash stands in front: "file:/" keeps its slash.
@@ -86,24 +107,45 @@ void BrowserURL::DropTrailingSlash()
 
 const String& BrowserURL::GetText()
 {
+    SettleZero();
     if (!(flags & textCanonical))
         MakeCanonical();
     return text;
 }
 
+// Without memory the text is empty: a part of it would be the address of another place.
 void BrowserURL::MakeCanonical()
 {
     flags |= textCanonical;
-    if (path.IsEmpty()) {
+    if (path.IsEmpty() || !ComposeText())
         text.Clear();
-        return;
-    }
-    String tail = path.UrlTail();
-    UnitBuffer<stackUnits> buffer(tail.View());
+}
+
+bool BrowserURL::ComposeText()
+{
+    String tail;
+    if (!path.GetUrlTail(tail) || !text.Set(filePrefix))
+        return false;
+    if (!tail.IsEmpty() && (!text.Append("/") || !text.Append(tail)))
+        return false;
+    UnitBuffer<stackUnits> buffer(text.View());
     std::replace(buffer.Data(), buffer.Data() + buffer.View().size(), backslash, slash);
-    (void)text.Set(filePrefix);
-    if (!buffer.View().empty() && text.Append("/"))
-        (void)text.Append(String(buffer.View()));
+    return text.Set(buffer.View());
+}
+
+bool BrowserURL::KeyOfFile(const FilePath& file, Key& out)
+{
+    String tail, prefix;
+    if (!prefix.Set(filePrefix) || !file.GetUrlTail(tail))
+        return false;
+    CrcState state = ContinueCrcFolding(crcStart, prefix.View());
+    out.length = filePrefixLength;
+    if (!tail.IsEmpty()) {
+        state = ContinueCrcFolding(ContinueCrcOfUnit(state, slash), tail.View());
+        out.length += 1 + static_cast<uint32_t>(tail.Length());
+    }
+    out.hash = FinishCrc(state);
+    return true;
 }
 
 void BrowserURL::GetName(String& out)
@@ -114,6 +156,7 @@ void BrowserURL::GetName(String& out)
 
 void BrowserURL::GetParent(BrowserURL& out)
 {
+    SettleZero();
     if (!(flags & textCanonical)) {
         FilePath directory = path.Directory();
         if (directory.IsEmpty())
@@ -168,25 +211,30 @@ void BrowserURL::SetHash(uint32_t stored)
 
 bool BrowserURL::HasFile()
 {
+    SettleZero();
     if (flags & conversionFailed)
         return false;
     if ((flags & pathValid) || !(flags & textGiven))
         return true;
     bool found = false;
     if (text.StartsWith(filePrefix))
-        found = path.SetUrlTail(text.Part(pathStart));
+        found = SetPathFromText();
     else if (networkResolver && text.StartsWith(networkPrefix))
         found = networkResolver(*this, path);
     flags |= found ? pathValid : conversionFailed;
     return found;
 }
 
+bool BrowserURL::SetPathFromText()
+{
+    String tail;
+    const int32_t length = text.Length() > pathStart ? text.Length() - pathStart : 0;
+    return (!length || tail.Set(text.View().subspan(pathStart))) && path.SetUrlTail(tail);
+}
+
 bool BrowserURL::GetFile(FilePath& out)
 {
-    if (!HasFile())
-        return false;
-    out = path;
-    return true;
+    return HasFile() && out.Set(path);
 }
 
 FilePath BrowserURL::GetFileCopy()

@@ -28,10 +28,17 @@ public:
     {
     }
     explicit BrowserURL(const FilePath& newPath)
-        : flags(pathValid)
-        , path(newPath)
+        : BrowserURL()
     {
+        SetFile(newPath);
     }
+
+    BrowserURL(const BrowserURL& other)
+        : BrowserURL()
+    {
+        *this = other;
+    }
+    BrowserURL& operator=(const BrowserURL& other); // empty without memory
 
     static BrowserURL& Of(VX3Url* url) { return *reinterpret_cast<BrowserURL*>(url); }
     static const BrowserURL& Of(const VX3Url* url) { return *reinterpret_cast<const BrowserURL*>(url); }
@@ -55,9 +62,19 @@ public:
     bool HasFile();
     bool GetFile(FilePath& out);
     FilePath GetFileCopy();
+    // The path if there is one at hand already; asks nobody.
+    bool GetKnownFile(FilePath& out) const { return (flags & pathValid) && out.Set(path); }
     bool HasExtension(const String& suffix);
     void GetExtension(String& out); // in lower case
     bool HasContent() const;
+
+    // Hash and length of the address of a file, without its text being kept. False
+    // without memory.
+    struct Key {
+        uint32_t hash = 0;
+        uint32_t length = 0; // units
+    };
+    [[nodiscard]] static bool KeyOfFile(const FilePath& file, Key& out);
 
 private:
     // Finds the path of a "network:/" URL in the tree; connected at start.
@@ -72,6 +89,9 @@ private:
     };
 
     void MakeCanonical();
+    bool ComposeText();
+    bool SetPathFromText();
+    void SettleZero(); // all zero is an empty value, too
     void DropTrailingSlash();
     String LastComponent();
 

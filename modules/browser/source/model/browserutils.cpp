@@ -92,14 +92,19 @@ ContentRef FindChildByName(ContentRef parent, const String& name, ContentRef lin
     if (!parent || name.IsEmpty())
         return ContentRef();
     String wanted = name.Lower();
-    NodeRef node, next;
-    for (parent->GetFirstChild(node); node; node = std::move(next)) {
-        node->GetNext(next);
+    NodeRef first;
+    Array<NodeRef> children;
+    parent->GetFirstChild(first);
+    if (!parent->CollectChildren(children))
+        return ContentRef();
+    for (NodeRef& node : children) {
+        String own;
+        ContentOf(node)->GetName(own);
         if (follow == FollowLinks::Yes && IsLinkTo(*ContentOf(node), linkSource.Get())) {
             foundByLink = true;
             return ToContent(node);
         }
-        if (ContentOf(node)->GetNameRef().Lower() == wanted)
+        if (own.Lower() == wanted)
             return ToContent(node);
     }
     return ContentRef();
@@ -126,7 +131,7 @@ void MakeUniqueName(const String& name, ContentRef parent, String& out)
         String number;
         out = stem;
         if (!number.SetInteger(counter) || !out.Append(".") || !out.Append(number) || !out.Append(extension))
-            return;
+            return out.Clear(); // Half a name might be taken.
     }
 }
 

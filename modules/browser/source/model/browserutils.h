@@ -21,7 +21,8 @@ enum class FollowLinks : bool { No, Yes };
 ContentRef FindChildByName(ContentRef parent, const String& name, ContentRef linkSource, FollowLinks follow, bool& foundByLink);
 // The same with the name of another node's URL.
 ContentRef FindChildByUrl(ContentRef child, ContentRef parent, FollowLinks follow, bool& foundByLink);
-// The name itself, or with a counter in front of its extension if a child has it already.
+// The name itself, or with a counter in front of its extension if a child has it already;
+// empty without memory.
 void MakeUniqueName(const String& name, ContentRef parent, String& out);
 
 } // namespace browser

@@ -21,7 +21,8 @@ constexpr uint32_t volume = VX3_NODE_VOLUME;
 constexpr uint32_t dirty = VX3_NODE_DIRTY;
 constexpr uint32_t quickPlugin = 0x80000; // the plugin was found by the URL alone
 constexpr uint32_t neverProbed = 0x100000;
-constexpr uint32_t category = 0x40000000;
+constexpr uint32_t addressChanging = 0x200000; // not told outside: no listing while it is set
+constexpr uint32_t category = VX3_NODE_CATEGORY;
 } // namespace Attribute
 
 enum class NodeType : int32_t { Category = 1, Directory = 2, Preset = 3, Catalog = 4, BaseList = 6, Network = 7 };

@@ -83,19 +83,19 @@ NodeRef SharedParent(BrowserContentNode* const* nodes, int32_t count)
 }
 
 // The children in their new order: the given ones, then the others in their old order.
-bool CollectOrder(RTreeNode& parent, BrowserContentNode* const* nodes, int32_t count, Array<NodeRef>& order)
+bool CollectOrder(BrowserContentNode& parent, BrowserContentNode* const* nodes, int32_t count, Array<NodeRef>& order)
 {
-    NodeRef child, next;
-    auto* content = static_cast<BrowserContentNode*>(&parent);
+    Array<NodeRef> children;
+    Array<const RTreeNode*> given;
     for (int32_t i = 0; i < count; i++)
-        if (!order.Append(NodeRef(nodes[i])))
+        if (!order.Append(NodeRef(nodes[i])) || !given.Append(nodes[i]))
             return false;
-    for (content->GetFirstChildLinked(child); child; child = std::move(next)) {
-        child->GetNext(next);
-        bool given = std::any_of(nodes, nodes + count, [&](BrowserContentNode* node) { return node == child.Get(); });
-        if (!given && !order.Append(child))
+    std::sort(given.begin(), given.end());
+    if (!parent.CollectChildren(children))
+        return false;
+    for (NodeRef& child : children)
+        if (!std::binary_search(given.begin(), given.end(), child.Get()) && !order.Append(std::move(child)))
             return false;
-    }
     return true;
 }
 
@@ -115,7 +115,7 @@ bool ReorderChildren(int32_t reserved, BrowserContentNode* const* nodes, int32_t
         if (!CollectOrder(*parent, nodes, count, order))
             return false;
         for (NodeRef& child : order)
-            (void)child->InsertLastIf(parent.Get(), nullptr);
+            (void)ContentOf(child)->MoveBehindSiblings(*parent); // One that has left meanwhile stays away.
         if (upcalls.storeOrder)
             upcalls.storeOrder(*parent);
     }

@@ -105,6 +105,19 @@ void RTreeNode::GetLastChildLinked(NodeRef& out)
     out = std::move(child);
 }
 
+// Links between siblings change under the parent's lock, so that one is enough.
+bool RTreeNode::CollectChildren(Array<NodeRef>& out, RTreeNode* first)
+{
+    LinkGuard guard(lock);
+    if (!out.Reserve(out.Count() + childCount))
+        return false;
+    bool isLinked = first && first->parent.Get() == this;
+    for (RTreeNode* child = isLinked ? first : firstChild.Get(); child; child = child->next.Get())
+        if (!out.Append(NodeRef(child)))
+            return false;
+    return true;
+}
+
 void RTreeNode::GetFirstChild(NodeRef& out)
 {
     GetFirstChildLinked(out);
@@ -241,19 +254,37 @@ void RTreeNode::InsertLast(RTreeNode* newParent)
 
 bool RTreeNode::InsertLastIf(RTreeNode* newParent, Admission admits)
 {
-    Outcome outcome = TryLinkLast(newParent, admits);
-    for (; outcome == Outcome::Busy; outcome = TryLinkLast(newParent, admits))
+    Outcome outcome = Outcome::Busy;
+    while ((outcome = TryLinkLast(newParent, admits, From::Anywhere)) == Outcome::Busy)
         Yield();
     if (outcome == Outcome::Done)
         SpreadTree();
     return outcome == Outcome::Done;
 }
 
-RTreeNode::Outcome RTreeNode::TryLinkLast(RTreeNode* newParent, Admission admits)
+bool RTreeNode::MoveToEnd(RTreeNode* ownParent, Admission admits)
+{
+    Outcome outcome = Outcome::Busy;
+    while ((outcome = TryLinkLast(ownParent, admits, From::SameParent)) == Outcome::Busy)
+        Yield();
+    return outcome == Outcome::Done;
+}
+
+bool RTreeNode::IsAtOrBelow(const RTreeNode& other)
+{
+    for (NodeRef node(this); node; node->GetParent(node))
+        if (node.Get() == &other)
+            return true;
+    return false;
+}
+
+RTreeNode::Outcome RTreeNode::TryLinkLast(RTreeNode* newParent, Admission admits, From from)
 {
     Displaced displaced;
     HeldLinks links;
     links.Wait(this);
+    if (from == From::SameParent && parent.Get() != newParent)
+        return Outcome::Refused;
     if (!TryNeighbours(links, ParentLock::Take) || !links.Try(newParent) || !links.Try(newParent->lastChild.Get()))
         return Outcome::Busy;
     if (admits && !admits(*newParent))
@@ -289,6 +320,16 @@ void RTreeNode::InsertLastDetached(RTreeNode* newParent)
     while (!links.Try(this) || !links.Try(newParent->lastChild.Get()))
         continue;
     AppendTo(newParent, displaced);
+    for (RTreeNode* child = firstChild.Get(); child; child = child->next.Get())
+        child->AdoptTree(GetTree());
+}
+
+// For a subtree that nobody else can reach, since its top was unlinked.
+void RTreeNode::AdoptTree(RTree* own)
+{
+    tree.store(own, std::memory_order_relaxed);
+    for (RTreeNode* child = firstChild.Get(); child; child = child->next.Get())
+        child->AdoptTree(own);
 }
 
 bool RTreeNode::InsertAllLastIf(Ref<RTreeNode>* nodes, size_t count, Admission admits)
@@ -339,7 +380,7 @@ void RTreeNode::InsertBefore(RTreeNode* sibling)
     (void)ReleaseNoDelete();
 }
 
-// A sibling that has left its parent meanwhile takes nobody with it: the node is unlinked.
+// In front of a sibling that has left its parent there is no place: the node stays where it is.
 RTreeNode::Outcome RTreeNode::TryLinkBefore(RTreeNode* sibling)
 {
     Displaced displaced;
@@ -348,9 +389,9 @@ RTreeNode::Outcome RTreeNode::TryLinkBefore(RTreeNode* sibling)
     if (!TryNeighbours(links, ParentLock::Take) || !links.Try(sibling) || !links.Try(sibling->parent.Get())
         || !links.Try(sibling->prev.Get()))
         return Outcome::Busy;
-    Unlink(displaced);
     if (!sibling->parent)
         return Outcome::Refused;
+    Unlink(displaced);
     NodeRef self(this);
     tree.store(sibling->GetTree(), std::memory_order_relaxed);
     parent = sibling->parent;
@@ -371,7 +412,7 @@ void RTreeNode::SpreadTree()
     GetFirstChildLinked(node);
     while (node) {
         NodeRef following;
-        if (node->tree.exchange(own, std::memory_order_relaxed) != own)
+        if (node->TakeTree(own))
             node->GetFirstChildLinked(following);
         while (!following && node && node.Get() != this) {
             node->GetNext(following);
@@ -380,6 +421,13 @@ void RTreeNode::SpreadTree()
         }
         node = std::move(following);
     }
+}
+
+// False if nothing changes: the tree is right, or the node has been removed meanwhile.
+bool RTreeNode::TakeTree(RTree* own)
+{
+    LinkGuard guard(lock);
+    return parent && tree.exchange(own, std::memory_order_relaxed) != own;
 }
 
 void RTreeNode::NoteChildAdded(RTreeNode* child)

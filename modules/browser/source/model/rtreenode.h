@@ -11,6 +11,7 @@
 #pragma once
 
 #include "model/noderef.h"
+#include "services/array.h"
 #include "services/hostlock.h"
 
 namespace browser {
@@ -46,6 +47,9 @@ public:
     // As InsertLast; false if `admits` says no to the parent under the parent's lock.
     using Admission = bool (*)(const RTreeNode& parent);
     [[nodiscard]] bool InsertLastIf(RTreeNode* newParent, Admission admits);
+    // Moves a child of `ownParent` behind its siblings; false if it is none any more.
+    [[nodiscard]] bool MoveToEnd(RTreeNode* ownParent, Admission admits);
+    bool IsAtOrBelow(const RTreeNode& other);
     // Appends unlinked nodes in one go; each array element keeps its own count.
     [[nodiscard]] bool InsertAllLastIf(Ref<RTreeNode>* nodes, size_t count, Admission admits);
 
@@ -71,6 +75,8 @@ protected:
     // The children as they are linked, without listing anything.
     void GetFirstChildLinked(NodeRef& out);
     void GetLastChildLinked(NodeRef& out);
+    // All children of one moment, from `first` on if it is given. False without memory.
+    [[nodiscard]] bool CollectChildren(Array<NodeRef>& out, RTreeNode* first = nullptr) CB_UNCHECKED;
 
     std::atomic<RTree*> tree = nullptr; // not counted; the same in a whole subtree
 
@@ -80,10 +86,11 @@ private:
 
     struct Displaced;
     enum class Outcome { Done, Refused, Busy };
+    enum class From { Anywhere, SameParent };
 
     // One attempt each, with the locks of `links`; Busy means that a lock was taken.
     bool TryNeighbours(HeldLinks& links, ParentLock parentLock) CB_UNCHECKED;
-    Outcome TryLinkLast(RTreeNode* newParent, Admission admits) CB_UNCHECKED;
+    Outcome TryLinkLast(RTreeNode* newParent, Admission admits, From from) CB_UNCHECKED;
     Outcome TryLinkBefore(RTreeNode* sibling) CB_UNCHECKED;
     Outcome TryLinkChain(Ref<RTreeNode>* nodes, size_t count, Admission admits) CB_UNCHECKED;
     bool TryUnlink(bool clearTree, ParentLock parentLock) CB_UNCHECKED;
@@ -98,6 +105,8 @@ private:
     void DropIndex() CB_UNCHECKED;
 
     void SpreadTree();
+    bool TakeTree(RTree* own);
+    void AdoptTree(RTree* own) CB_UNCHECKED;
 
     NodeRef parent CB_GUARDED_BY(lock);
     NodeRef firstChild CB_GUARDED_BY(lock);

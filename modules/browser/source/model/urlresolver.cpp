@@ -175,22 +175,31 @@ void FindNearestNode(BrowserURL& url, ContentRef& out)
 
 void EnsureNodeForUrl(ContentRef parent, BrowserURL& url, NodeFactory factory, void* context, ContentRef& out)
 {
-    if (url.GetText().IsEmpty()) {
-        out = std::move(parent);
-        return;
+    // The addresses that have no node yet, the deepest first.
+    Array<BrowserURL> missing;
+    out = parent;
+    for (BrowserURL level(url); !level.GetText().IsEmpty();) {
+        ContentRef found;
+        FindNodeByUrl(level, FindPlain, parent, found);
+        if (found) {
+            out = std::move(found);
+            break;
+        }
+        BrowserURL above;
+        level.GetParent(above);
+        if (!missing.Append(level)) {
+            out = ContentRef();
+            return;
+        }
+        level = above;
     }
-    FindNodeByUrl(url, FindPlain, parent, out);
-    if (out)
-        return;
-    BrowserURL above;
-    ContentRef folder;
-    url.GetParent(above);
-    EnsureNodeForUrl(std::move(parent), above, factory, context, folder);
-    if (!folder)
-        return;
-    String name;
-    url.GetName(name);
-    factory({ std::move(folder), ContentRef(), url, name, true, 0 }, context, out);
+    for (size_t i = missing.Count(); i > 0 && out; i--) {
+        String name;
+        ContentRef made;
+        missing[i - 1].GetName(name);
+        factory({ std::move(out), ContentRef(), missing[i - 1], name, true, 0 }, context, made);
+        out = std::move(made);
+    }
 }
 
 } // namespace browser

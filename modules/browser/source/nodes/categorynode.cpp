@@ -107,7 +107,7 @@ uint32_t CategoryNode::GetAttributes(int64_t* size)
 Preview* CategoryNode::GetPreview(uint32_t request, int32_t size)
 {
     if (image) {
-        HostBitmap copy = image.Clone();
+        HostBitmap copy = HostBitmap::Scaled(image.Get(), size);
         return copy ? Make<Preview>()(std::move(copy), 0u) : nullptr;
     }
     bool isOpen = (request & PreviewRequest::open) != 0 && iconId == Icon::Folder;

@@ -11,7 +11,6 @@ namespace browser {
 class CategoryNode final : public BrowserContentNode
 {
 public:
-    // Both attach the node to its parent, or to the tree without one.
     CategoryNode(const String& ownName, const String& url, Icon icon);
     CategoryNode(const String& ownName, const String& url, const FilePath& imagePath);
 

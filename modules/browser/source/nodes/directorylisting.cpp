@@ -8,76 +8,81 @@ namespace browser {
 
 void DirectoryListing::Run()
 {
-    folderPath = folder.GetPath();
+    if (!folder.ReadPath(folderPath) || !StartHash() || !TakeSnapshot())
+        return folder.MarkDirty(); // The next request tries again.
+    // Cleared first: a mark that is set during the walk is for what it may have missed.
+    folder.ClearFlags(Attribute::dirty);
     VX3FolderWalk* walk = host->folder->startWalk(folderPath.Value(), uint32_t(VX3_WALK_HIDDEN) | uint32_t(VX3_WALK_READONLY));
     if (!walk)
-        return; // The folder stays dirty: the next request tries again.
-    folder.ClearFlags(Attribute::dirty);
-    if (TakeSnapshot()) {
-        StartHash();
-        VX3FolderEntry entry = {};
-        while (host->folder->nextEntry(walk, &entry))
-            if (!(entry.flags & VX3_ENTRY_HIDDEN))
-                Merge(entry);
-        host->text->destruct(&entry.name);
-        Finish(host->folder->walkIsSound(walk));
-    } else {
-        folder.MarkDirty();
-    }
+        return folder.MarkDirty();
+    MarkKnown();
+    VX3FolderEntry entry = {};
+    while (host->folder->nextEntry(walk, &entry))
+        if (!(entry.flags & VX3_ENTRY_HIDDEN))
+            Merge(entry);
+    host->text->destruct(&entry.name);
+    Finish(host->folder->walkIsSound(walk));
     host->folder->endWalk(walk);
 }
 
 bool DirectoryListing::TakeSnapshot()
 {
-    NodeRef child, next;
-    for (folder.GetFirstChildLinked(child); child; child = std::move(next)) {
-        child->GetNext(next);
-        DirectoryNode* node = AsDirectory(ContentOf(child));
-        if (!node)
-            continue;
-        if (!known.Append({ node->IndexHash(), node }) || !held.Append(std::move(child)))
-            return false;
-    }
-    for (Known& each : known)
-        each.node->SetFlags(Attribute::mark);
+    if (!folder.CollectChildren(held) || !known.Reserve(held.Count()))
+        return false;
+    for (NodeRef& child : held)
+        if (DirectoryNode* node = AsDirectory(ContentOf(child)))
+            if (!known.Append({ node->IndexHash(), node }))
+                return false;
     std::sort(known.begin(), known.end(), [](const Known& a, const Known& b) { return a.hash < b.hash; });
     return true;
 }
 
-void DirectoryListing::StartHash()
+void DirectoryListing::MarkKnown()
+{
+    for (Known& each : known)
+        each.node->SetFlags(Attribute::mark);
+}
+
+bool DirectoryListing::StartHash()
 {
     constexpr VX3Unit slash = '/';
     BrowserURL url(folderPath);
     Units text = url.GetText().View();
     prefixState = ContinueCrcOfUnit(ContinueCrcFolding(crcStart, text), slash);
     prefixLength = static_cast<uint32_t>(text.size()) + 1;
+    return !text.empty();
 }
 
 void DirectoryListing::Merge(VX3FolderEntry& found)
 {
-    const String& foundName = String::Of(&found.name);
+    String& foundName = String::Of(&found.name);
     Units units = foundName.View();
     DirectoryEntry entry;
-    entry.urlHash = FinishCrc(ContinueCrcFolding(prefixState, units));
-    entry.urlLength = prefixLength + static_cast<uint32_t>(units.size());
+    entry.address.key.hash = FinishCrc(ContinueCrcFolding(prefixState, units));
+    entry.address.key.length = prefixLength + static_cast<uint32_t>(units.size());
     entry.flags = FlagsOfNewEntry(found.flags);
     entry.created = found.created;
     entry.modified = found.modified;
     entry.size = found.size;
-    if (DirectoryNode* old = FindKnown(entry.urlHash, foundName)) {
-        old->RefreshFrom(entry);
+    if (DirectoryNode* old = FindKnown(entry.address.key.hash, foundName)) {
+        if (!old->RefreshFrom(entry)) {
+            old->ClearFlags(Attribute::mark);
+            folder.MarkDirty();
+        }
         return;
     }
-    entry.name = std::move(String::Of(&found.name));
-    if (entry.path.SetJoined(folderPath, entry.name))
+    entry.address.name = std::move(foundName);
+    if (entry.address.path.SetJoined(folderPath, entry.address.name))
         AddNew(std::move(entry));
+    else
+        folder.MarkDirty();
 }
 
 DirectoryNode* DirectoryListing::FindKnown(uint32_t hash, const String& name)
 {
     if (expected < held.Count()) {
-        auto* next = static_cast<DirectoryNode*>(ContentOf(held[expected]));
-        if (next->IndexHash() == hash && next->HasName(name)) {
+        DirectoryNode* next = AsDirectory(ContentOf(held[expected]));
+        if (next && next->IndexHash() == hash && next->HasName(name)) {
             expected++;
             return next;
         }

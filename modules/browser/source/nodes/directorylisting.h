@@ -25,8 +25,9 @@ private:
         DirectoryNode* node; // held by `held`
     };
 
-    bool TakeSnapshot();
-    void StartHash();
+    [[nodiscard]] bool TakeSnapshot();
+    [[nodiscard]] bool StartHash();
+    void MarkKnown();
     void Merge(VX3FolderEntry& found);
     DirectoryNode* FindKnown(uint32_t hash, const String& name);
     void AddNew(DirectoryEntry&& entry);

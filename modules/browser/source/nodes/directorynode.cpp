@@ -7,21 +7,37 @@
 
 namespace browser {
 
+bool MakeAddress(const FilePath& folder, const String& name, DirectoryAddress& out)
+{
+    return !folder.IsEmpty() && out.path.SetJoined(folder, name) && out.name.Set(name) && BrowserURL::KeyOfFile(out.path, out.key);
+}
+
+bool MakeAddress(const FilePath& path, DirectoryAddress& out)
+{
+    return !path.IsEmpty() && out.path.Set(path) && path.GetLast(out.name) && BrowserURL::KeyOfFile(path, out.key);
+}
+
 DirectoryNode::DirectoryNode(DirectoryEntry&& entry)
     : BrowserContentNode(NodeClass::Directory, entry.flags)
-    , path(std::move(entry.path))
-    , name(std::move(entry.name))
+    , path(std::move(entry.address.path))
+    , name(std::move(entry.address.name))
     , createdDate(entry.created)
     , modifiedDate(entry.modified)
     , sizeOrGeneration(entry.flags & (Attribute::folder | Attribute::bundle) ? 0 : entry.size)
 {
-    InitIndexKey(entry.urlHash, entry.urlLength);
+    InitIndexKey(entry.address.key.hash, entry.address.key.length);
 }
 
 FilePath DirectoryNode::GetPath()
 {
     LockGuard guard(fieldLock, LockRank::Node);
     return path;
+}
+
+bool DirectoryNode::ReadPath(FilePath& out)
+{
+    LockGuard guard(fieldLock, LockRank::Node);
+    return out.Set(path) && !out.IsEmpty();
 }
 
 bool DirectoryNode::HasPath(const FilePath& other)
@@ -36,28 +52,17 @@ bool DirectoryNode::HasName(const String& other)
     return name == other;
 }
 
-FilePath DirectoryNode::PathOfChild(const String& childName)
-{
-    FilePath child = GetPath();
-    (void)child.Append(childName);
-    return child;
-}
-
-String DirectoryNode::GetUrlText()
-{
-    BrowserURL url(GetPath());
-    return url.GetText();
-}
-
 void DirectoryNode::GetName(String& out)
 {
     LockGuard guard(fieldLock, LockRank::Node);
     out = name;
 }
 
+// Path and hash belong together, so they are read in one hold.
 bool DirectoryNode::GetUrl(BrowserURL& out, uint32_t)
 {
-    out.SetFile(GetPath());
+    LockGuard guard(fieldLock, LockRank::Node);
+    out.SetFile(path);
     out.SetHash(IndexHash());
     return true;
 }
@@ -75,7 +80,7 @@ bool DirectoryNode::GetDate(DateKind kind, FileDate& out)
 
 uint32_t DirectoryNode::GetAttributes(int64_t* size)
 {
-    uint32_t attributes = Flags();
+    uint32_t attributes = Flags() & ~Attribute::addressChanging;
     if (size)
         *size = attributes & (Attribute::folder | Attribute::bundle) ? 0 : Generation();
     return attributes;
@@ -167,8 +172,8 @@ bool DirectoryNode::IsVolumeSilent()
         return false;
     if (HasFlags(Attribute::neverProbed))
         return true;
-    FilePath volume = GetPath();
-    return !host->folder->probeVolume(volume.Value());
+    FilePath volume;
+    return !ReadPath(volume) || !host->folder->probeVolume(volume.Value());
 }
 
 void DirectoryNode::ListIfNeeded()
@@ -176,31 +181,33 @@ void DirectoryNode::ListIfNeeded()
     if (IsRemoved() || IsVolumeSilent())
         return;
     LockGuard guard(contentLock, LockRank::Content);
-    if (IsRemoved())
+    if (HasFlags(Attribute::removed | Attribute::addressChanging))
         return;
     NodeRef child;
     GetFirstChildLinked(child);
     if (!HasFlags(Attribute::volume) || child || HasFlags(Attribute::dirty))
-        (void)NoteDate();
+        NoteDate();
     // Another thread may have listed while this one waited for the lock.
     if (Generation() != 0 && !HasFlags(Attribute::dirty))
         return;
     DirectoryListing(*this).Run();
-    RaiseGeneration();
+    if (IsFolder())
+        RaiseGeneration();
 }
 
 // Compares the date on disk with the stored one; a change makes the folder dirty.
-bool DirectoryNode::NoteDate()
+void DirectoryNode::NoteDate()
 {
     FileDate date = {};
-    FilePath folder = GetPath();
+    FilePath folder;
+    if (!ReadPath(folder))
+        return;
     (void)host->folder->date(folder.Value(), VX3_DATE_MODIFIED, &date);
     LockGuard guard(fieldLock, LockRank::Node);
     if (CompareDates(date, modifiedDate) == 0)
-        return false;
+        return;
     modifiedDate = date;
-    SetFlags(Attribute::dirty);
-    return true;
+    MarkDirty();
 }
 
 uint32_t FlagsOfNewEntry(uint32_t entryFlags)
@@ -213,7 +220,7 @@ uint32_t FlagsOfNewEntry(uint32_t entryFlags)
     return flags;
 }
 
-void DirectoryNode::RefreshFrom(const DirectoryEntry& entry)
+bool DirectoryNode::RefreshFrom(const DirectoryEntry& entry)
 {
     constexpr uint32_t kind = Attribute::folder | Attribute::bundle;
     if ((Flags() & kind) != (entry.flags & kind))
@@ -223,20 +230,20 @@ void DirectoryNode::RefreshFrom(const DirectoryEntry& entry)
         RefreshFolder(entry);
     else
         RefreshFile(entry);
+    return true;
 }
 
 // A known plugin is kept even if the file has changed.
 void DirectoryNode::RefreshFile(const DirectoryEntry& entry)
 {
-    bool changed =
-        CompareDates(entry.created, createdDate) != 0 || CompareDates(entry.modified, modifiedDate) != 0 || entry.size != Generation();
+    bool changed = CompareDates(entry.modified, modifiedDate) != 0 || entry.size != Generation();
     createdDate = entry.created;
     modifiedDate = entry.modified;
     sizeOrGeneration.store(entry.size, std::memory_order_release);
     BrowserPluginInterface* cached = plugin.load(std::memory_order_acquire);
     if (changed && (!cached || cached == NoPlugin()))
         ForgetPlugin();
-    ReplaceFlags(entry.flags);
+    ReplaceFlags(entry.flags, 0);
 }
 
 void DirectoryNode::RefreshFolder(const DirectoryEntry& entry)
@@ -251,61 +258,83 @@ void DirectoryNode::RefreshFolder(const DirectoryEntry& entry)
         modifiedDate = entry.created;
         newFlags |= Attribute::dirty;
     }
-    // A folder that was never listed, or was to be listed, stays so.
-    if (Generation() == 0 || HasFlags(Attribute::dirty))
+    // A folder that was never listed, or is to be listed, stays so.
+    if (Generation() == 0)
         newFlags |= Attribute::dirty;
-    ReplaceFlags(newFlags);
+    ReplaceFlags(newFlags, Attribute::dirty);
 }
 
-// A file has become a folder, a folder a file: what was known below it is void.
-void DirectoryNode::ChangeKind(const DirectoryEntry& entry)
+// A file has become a folder, a folder a file: what was known below it is void. A folder
+// that is being listed at this moment is asked again later.
+bool DirectoryNode::ChangeKind(const DirectoryEntry& entry)
 {
+    if (!contentLock.Try(LockRank::ContentSecond))
+        return false;
     RemoveChildren();
-    LockGuard guard(fieldLock, LockRank::Node);
-    createdDate = entry.created;
-    modifiedDate = entry.modified;
-    sizeOrGeneration.store(entry.flags & (Attribute::folder | Attribute::bundle) ? 0 : entry.size, std::memory_order_release);
-    ForgetPlugin();
-    ReplaceFlags(entry.flags);
+    {
+        LockGuard guard(fieldLock, LockRank::Node);
+        createdDate = entry.created;
+        modifiedDate = entry.modified;
+        sizeOrGeneration.store(entry.flags & (Attribute::folder | Attribute::bundle) ? 0 : entry.size, std::memory_order_release);
+        ForgetPlugin();
+        ReplaceFlags(entry.flags, 0);
+    }
+    contentLock.Unlock();
+    return true;
 }
 
-// Overwrites the flags but for the one that a removal may set at the same moment.
-void DirectoryNode::ReplaceFlags(uint32_t newFlags)
+// Overwrites the flags but for those that others set at the same moment.
+void DirectoryNode::ReplaceFlags(uint32_t newFlags, uint32_t carried)
 {
+    carried |= Attribute::removed | Attribute::addressChanging;
     uint32_t old = flags.load(std::memory_order_acquire);
-    while (!flags.compare_exchange_weak(old, newFlags | (old & Attribute::removed), std::memory_order_acq_rel))
+    while (!flags.compare_exchange_weak(old, newFlags | (old & carried), std::memory_order_acq_rel))
         continue;
 }
 
-void DirectoryNode::SetPath(const FilePath& newPath, const String* newName)
+void DirectoryNode::SetAddress(DirectoryAddress&& address)
 {
-    BrowserURL url(newPath);
-    uint32_t hash = url.GetHash();
-    auto length = static_cast<uint32_t>(url.GetText().Length());
-    {
-        LockGuard guard(fieldLock, LockRank::Node);
-        path = newPath;
-        if (newName)
-            name = *newName;
-    }
-    SetIndexKey(hash, length);
+    LockGuard guard(fieldLock, LockRank::Node);
+    path = std::move(address.path);
+    name = std::move(address.name);
+    SetIndexKey(address.key.hash, address.key.length);
+}
+
+// A node that cannot keep its address must not go on under an old one, where another
+// file may stand now: it leaves the tree, and the next listing makes it anew.
+void DirectoryNode::LoseAddress()
+{
+    NodeRef above;
+    GetParent(above);
+    if (above)
+        ContentOf(above)->MarkDirty();
+    Remove();
 }
 
 // The prefix is replaced in the text of the URL; a node that was listed under the new
 // prefix already is left alone.
 void DirectoryNode::UpdateUrlPrefix(const String& oldPrefix, const String& newPrefix, bool)
 {
-    String text = GetUrlText();
-    int32_t length = oldPrefix.Length();
+    FilePath oldPath, newPath;
+    if (!ReadPath(oldPath))
+        return LoseAddress();
+    BrowserURL old(oldPath);
+    const String& text = old.GetText();
+    const int32_t length = oldPrefix.Length();
+    if (text.IsEmpty())
+        return LoseAddress();
     bool isBelow =
         host->text->matchesAt(text.Value(), 0, oldPrefix.Value(), false) && (text.Length() == length || text.View()[size_t(length)] == '/');
     if (!isBelow)
         return;
-    String moved = newPrefix;
-    if (!moved.Append(text.Part(length)))
-        return;
+    String moved, rest(text.View().subspan(size_t(length)));
+    if (!moved.Set(newPrefix) || !moved.Append(rest) || moved.Length() != newPrefix.Length() + text.Length() - length)
+        return LoseAddress();
     BrowserURL url(moved);
-    SetPath(url.GetFileCopy(), nullptr);
+    DirectoryAddress address;
+    if (url.GetText().Length() != moved.Length() || !url.GetFile(newPath) || !MakeAddress(newPath, address))
+        return LoseAddress();
+    SetAddress(std::move(address));
 }
 
 } // namespace browser

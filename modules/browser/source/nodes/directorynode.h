@@ -13,12 +13,21 @@
 
 namespace browser {
 
-// What a listing learns of an entry.
-struct DirectoryEntry {
+// A place: all that changes when a node is renamed or moved. Made whole before anything
+// happens on disk, so that nothing can fail behind it.
+struct DirectoryAddress {
     FilePath path;
     String name;
-    uint32_t urlHash = 0;
-    uint32_t urlLength = 0;
+    BrowserURL::Key key;
+};
+
+// The place of an entry of a folder, or of a path itself. False without memory.
+[[nodiscard]] bool MakeAddress(const FilePath& folder, const String& name, DirectoryAddress& out);
+[[nodiscard]] bool MakeAddress(const FilePath& path, DirectoryAddress& out);
+
+// What a listing learns of an entry.
+struct DirectoryEntry {
+    DirectoryAddress address;
     uint32_t flags = 0;
     int64_t size = 0; // of a plain file
     FileDate created = {};
@@ -51,16 +60,14 @@ public:
     void UpdateUrlPrefix(const String& oldPrefix, const String& newPrefix, bool recursive) override;
 
     FilePath GetPath();
+    [[nodiscard]] bool ReadPath(FilePath& out); // false without memory
     bool HasPath(const FilePath& other);
     bool HasName(const String& other);
-    String GetUrlText();
     int64_t Generation() const { return sizeOrGeneration.load(std::memory_order_acquire); }
 
-    // For a listing, which holds the parent's `contentLock`.
-    void RefreshFrom(const DirectoryEntry& entry);
-
-    // The place that an entry of this folder would have.
-    FilePath PathOfChild(const String& childName);
+    // For a listing, which holds the parent's `contentLock`. False if the node could not be
+    // changed now, and must be asked again.
+    [[nodiscard]] bool RefreshFrom(const DirectoryEntry& entry);
 
 private:
     friend class DirectoryListing;
@@ -68,19 +75,24 @@ private:
     bool IsFolder() const { return HasFlags(Attribute::folder); }
     bool IsVolumeSilent(); // never to be probed, or the probe fails: nothing may be listed
     void ListIfNeeded() CB_NOT_HELD(contentLock);
-    bool NoteDate() CB_HOLDS(contentLock);
+    void NoteDate() CB_HOLDS(contentLock);
     void RefreshFile(const DirectoryEntry& entry) CB_HOLDS(fieldLock);
     void RefreshFolder(const DirectoryEntry& entry) CB_HOLDS(fieldLock);
-    void ChangeKind(const DirectoryEntry& entry);
-    void ReplaceFlags(uint32_t newFlags);
-    void SetPath(const FilePath& newPath, const String* newName);
+    bool ChangeKind(const DirectoryEntry& entry) CB_UNCHECKED; // tries a lock
+    void ReplaceFlags(uint32_t newFlags, uint32_t carried);
+    void SetAddress(DirectoryAddress&& address);
+    void LoseAddress();
     void RaiseGeneration() { sizeOrGeneration.fetch_add(1, std::memory_order_acq_rel); }
     void ForgetPlugin() { plugin.store(nullptr, std::memory_order_release); }
 
-    ErrorCode DoRename(const String& newName);
+    struct Relocation;
+    ErrorCode ChangeName(const String& newName);
+    ErrorCode TakeIn(DirectoryNode& child);
+    bool RenameOnDisk(Relocation& change, DirectoryNode* above);
+    bool MoveOnDisk(Relocation& change, DirectoryNode& child, DirectoryNode* oldParent);
     ErrorCode DoMove(DirectoryNode& child, Progress progress);
-    bool MoveOnDisk(DirectoryNode& child, DirectoryNode* oldParent, const FilePath& target);
     ErrorCode AskMove(DirectoryNode& child);
+    ErrorCode DoCreateFolder(const String& newName, ContentRef* out);
     ErrorCode DoCopy(DirectoryNode& child, const String* newName, Progress progress);
     ErrorCode DoDelete(Progress progress);
 

@@ -21,12 +21,12 @@ struct VolumeValue : VX3Volume {
 
 bool TakeSnapshot(BrowserContentNode& computer, Array<NodeRef>& held)
 {
-    NodeRef child, next;
-    for (computer.GetFirstChildLinked(child); child; child = std::move(next)) {
-        child->GetNext(next);
+    Array<NodeRef> children;
+    if (!computer.CollectChildren(children))
+        return false;
+    for (NodeRef& child : children)
         if (AsDirectory(ContentOf(child)) && !held.Append(std::move(child)))
             return false;
-    }
     for (NodeRef& each : held)
         ContentOf(each)->SetFlags(Attribute::mark);
     return true;
@@ -56,11 +56,9 @@ String ShownName(VolumeValue& volume)
 bool AddVolume(BrowserContentNode& computer, VolumeValue& volume)
 {
     DirectoryEntry entry;
-    entry.path = FilePath::Of(&volume.path);
-    BrowserURL url(entry.path);
-    entry.urlHash = url.GetHash();
-    entry.urlLength = static_cast<uint32_t>(url.GetText().Length());
-    entry.name = ShownName(volume);
+    if (!MakeAddress(FilePath::Of(&volume.path), entry.address))
+        return false;
+    entry.address.name = ShownName(volume);
     entry.flags = Attribute::folder | Attribute::volume | Attribute::dirty;
     ContentRef node(Make<DirectoryNode>()(std::move(entry)));
     return node && node->AttachTo(computer);

@@ -7,17 +7,6 @@ namespace browser {
 
 namespace {
 
-[[nodiscard]] bool CollectUnsorted(NodeRef node, Array<NodeRef>& sorted)
-{
-    NodeRef next;
-    for (; node; node = std::move(next)) {
-        node->GetNext(next);
-        if (!sorted.Append(std::move(node)))
-            return false;
-    }
-    return true;
-}
-
 int32_t CompareNames(BrowserContentNode& a, BrowserContentNode& b)
 {
     String nameA, nameB;
@@ -72,10 +61,26 @@ SortMode SortModeOf(int32_t number)
     return known ? static_cast<SortMode>(number) : SortMode::Name;
 }
 
+bool CollectSiblings(NodeRef first, Array<NodeRef>& siblings)
+{
+    if (!first)
+        return true;
+    NodeRef parent, next;
+    first->GetParent(parent);
+    if (parent)
+        return ContentOf(parent)->CollectChildren(siblings, first.Get());
+    for (NodeRef node = std::move(first); node; node = std::move(next)) {
+        node->GetNext(next);
+        if (!siblings.Append(std::move(node)))
+            return false;
+    }
+    return true;
+}
+
 bool MakeSortedChildren(SortMode mode, NodeRef first, Array<NodeRef>& sorted)
 {
     if (mode == SortMode::None)
-        return CollectUnsorted(std::move(first), sorted);
+        return CollectSiblings(std::move(first), sorted);
     SortKeys keys(SortPlan::For(mode, FoldersFirst()));
     if (!keys.Take(std::move(first)) || !keys.Sort() || !sorted.Reserve(keys.Keys().Count()))
         return false;

@@ -25,6 +25,9 @@ SortMode SortModeOf(int32_t number);
 // False if there is no memory.
 [[nodiscard]] bool MakeSortedChildren(SortMode mode, NodeRef first, Array<NodeRef>& sorted);
 
+// `first` and the siblings that follow, as they stand in the tree at one moment.
+[[nodiscard]] bool CollectSiblings(NodeRef first, Array<NodeRef>& siblings);
+
 // Negative, 0 or positive; never sets folders first. 0 if one is none.
 int32_t CompareNodes(SortMode mode, BrowserContentNode* a, BrowserContentNode* b);
 

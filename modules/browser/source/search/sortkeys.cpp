@@ -7,9 +7,9 @@ namespace browser {
 
 namespace {
 
-int32_t Sign(int64_t difference)
+int32_t CompareSizes(int64_t a, int64_t b)
 {
-    return difference < 0 ? -1 : difference > 0;
+    return a < b ? -1 : a > b;
 }
 
 // Up to eight bytes as a number that compares as they do.
@@ -70,12 +70,12 @@ SortPlan SortPlan::For(SortMode mode, bool foldersFirst)
 
 bool SortKeys::Take(NodeRef first)
 {
-    NodeRef node = std::move(first), next;
-    for (; node; node = std::move(next)) {
-        node->GetNext(next);
+    Array<NodeRef> siblings;
+    if (!CollectSiblings(std::move(first), siblings))
+        return false;
+    for (NodeRef& node : siblings)
         if (!TakeOne(std::move(node)))
             return false;
-    }
     RankTypes();
     FindNamePieces();
     return true;
@@ -171,7 +171,7 @@ int32_t SortKeys::Compare(const SortKey& a, const SortKey& b) const
     if (!result && plan.byDate)
         result = CompareDates(a.date, b.date);
     if (!result && plan.bySize)
-        result = Sign(a.size - b.size);
+        result = CompareSizes(a.size, b.size);
     if (!result && plan.byType)
         result = a.typeRank - b.typeRank;
     if (!result)

@@ -34,12 +34,7 @@ public:
     bool Set(const FilePath& other) { return host->path->copy(&value, &other.value); }
     bool SetText(const String& text) { return host->path->setText(&value, text.Value()); }
     bool SetUrlTail(const String& tail) { return host->path->setUrlTail(&value, tail.Value()); }
-    String UrlTail() const
-    {
-        String tail;
-        (void)host->path->getUrlTail(&value, tail.Value());
-        return tail;
-    }
+    bool GetUrlTail(String& tail) const { return host->path->getUrlTail(&value, tail.Value()); }
     void Clear() { host->path->destruct(&value); }
     bool IsEmpty() const { return host->path->isEmpty(&value); }
     bool operator==(const FilePath& other) const { return host->path->equals(&value, &other.value); }
@@ -56,11 +51,17 @@ public:
         (void)host->path->getLast(&value, last.Value());
         return last;
     }
+    bool GetLast(String& last) const { return host->path->getLast(&value, last.Value()); }
+    bool GetDirectory(FilePath& directory) const { return host->path->getDirectory(&value, &directory.value); }
     bool SetLast(const String& last) { return host->path->setLast(&value, last.Value()); }
     // Sets this path to the entry `name` of `folder`; paths of one folder share its storage.
     bool SetJoined(const FilePath& folder, const String& name) { return host->path->join(&folder.value, name.Value(), &value); }
     bool Append(const String& name) { return host->path->join(&value, name.Value(), &value); }
-    bool Append(const char* name) { return Append(String(name)); }
+    bool Append(const char* name)
+    {
+        String text;
+        return text.Set(name) && Append(text);
+    }
     bool HasSuffix(const String& suffix) const { return host->path->hasSuffix(&value, suffix.Value()); }
 
 private:

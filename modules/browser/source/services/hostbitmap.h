@@ -38,7 +38,8 @@ public:
     }
     static HostBitmap Create(int32_t width, int32_t height) { return HostBitmap(host->bitmap->create(width, height, colourDepth)); }
 
-    HostBitmap Clone() const { return HostBitmap(host->bitmap->clone(bitmap)); }
+    // A square copy of another bitmap with its alpha, or none.
+    static HostBitmap Scaled(const VX3Bitmap* source, int32_t size);
     explicit operator bool() const { return bitmap != nullptr; }
     VX3Bitmap* Get() const { return bitmap; }
     VX3Bitmap* Take() { return std::exchange(bitmap, nullptr); }

@@ -11,12 +11,11 @@ uintptr_t AddressOf(const HostLock& lock)
 
 } // namespace
 
-LockPair::LockPair(HostLock& a, HostLock& b)
-    : first(AddressOf(b) < AddressOf(a) ? &b : &a)
-    , second(&a == &b          ? nullptr
-                 : first == &a ? &b
-                               : &a)
+void LockPair::Take(HostLock& a, HostLock& b)
 {
+    const bool swapped = AddressOf(b) < AddressOf(a);
+    first = swapped ? &b : &a;
+    second = &a == &b ? nullptr : swapped ? &a : &b;
     first->Lock(LockRank::Content);
     if (second)
         second->Lock(LockRank::ContentSecond);
@@ -26,7 +25,8 @@ LockPair::~LockPair()
 {
     if (second)
         second->Unlock();
-    first->Unlock();
+    if (first)
+        first->Unlock();
 }
 
 } // namespace browser

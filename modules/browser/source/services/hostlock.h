@@ -27,6 +27,7 @@ namespace browser {
 // The order of locks in the module, outermost first; docs/locks.md tells what each
 // one guards. Two of one rank are taken by try, or in the order of their addresses.
 enum class LockRank : int32_t {
+    Address = 5,  // one rename or move at a time changes addresses
     Content = 10, // BrowserContentNode::contentLock; a second one has the rank behind
     ContentSecond = 11,
     Node = 30,     // a node's own fields that are not links
@@ -52,6 +53,7 @@ class CB_CAPABILITY("lock") HostLock
 {
 public:
     void Lock(LockRank rank) CB_ACQUIRES() { host->lock->lock32(&word, static_cast<int32_t>(rank)); }
+    [[nodiscard]] bool Try(LockRank rank) CB_TRIES(true) { return host->lock->try32(&word, static_cast<int32_t>(rank)); }
     void Unlock() CB_RELEASES() { host->lock->unlock32(&word); }
 
 private:
@@ -90,18 +92,21 @@ private:
     HostLock& lock;
 };
 
-// Two locks of one kind, in the order of their addresses; one if both are the same.
+// Two locks of one kind, in the order of their addresses; one if both are the same. Held
+// from Take on. Which one is first is only known at run time, so it is not analysed.
 class LockPair
 {
 public:
-    LockPair(HostLock& a, HostLock& b) CB_UNCHECKED; // The order is only known at run time.
+    LockPair() = default;
     ~LockPair() CB_UNCHECKED;
     LockPair(const LockPair&) = delete;
     LockPair& operator=(const LockPair&) = delete;
 
+    void Take(HostLock& a, HostLock& b) CB_UNCHECKED;
+
 private:
-    HostLock* first;
-    HostLock* second; // none if both are the same
+    HostLock* first = nullptr;
+    HostLock* second = nullptr; // none if both are the same
 };
 
 } // namespace browser

@@ -65,7 +65,11 @@ public:
     }
 
     bool Append(const String& other) { return host->text->insert(&value, Length(), &other.value); }
-    bool Append(const char* literal) { return Append(String(literal)); }
+    bool Append(const char* literal)
+    {
+        String other;
+        return other.Set(literal) && Append(other);
+    }
     bool Insert(int32_t position, const String& other) { return host->text->insert(&value, position, &other.value); }
     bool Erase(int32_t position, int32_t count) { return host->text->erase(&value, position, count); }
     String Part(int32_t position, int32_t count = -1) const

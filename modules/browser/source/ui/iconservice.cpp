@@ -98,19 +98,6 @@ VX3Bitmap* LoadedPicture(size_t number)
     return picture.Get();
 }
 
-HostBitmap Scaled(const VX3Bitmap* source, int32_t size)
-{
-    const VX3BitmapServices& bitmaps = *host->bitmap;
-    HostBitmap target = HostBitmap::Create(size, size);
-    if (!target || (bitmaps.hasAlpha(source) && !bitmaps.addAlpha(target.Get())))
-        return {};
-    const int32_t right = bitmaps.width(source) - 1;
-    const int32_t bottom = bitmaps.height(source) - 1;
-    if (!bitmaps.scale(source, 0, 0, right, bottom, target.Get(), 0, 0, size - 1, size - 1))
-        return {};
-    return target;
-}
-
 // None without memory.
 HostBitmap* SlotOf(size_t number, int32_t size)
 {
@@ -158,7 +145,7 @@ VX3Bitmap* GetIconBitmap(int32_t number, int32_t size)
     if (!slot)
         return picture;
     if (!*slot)
-        *slot = Scaled(picture, size);
+        *slot = HostBitmap::Scaled(picture, size);
     return *slot ? slot->Get() : picture;
 }
 
