@@ -25,7 +25,7 @@ FileIdentity IdentityOf(const struct statx& status);
 constexpr unsigned entryFields = STATX_TYPE | STATX_MODE | STATX_UID | STATX_GID | STATX_SIZE | STATX_MTIME | STATX_BTIME | STATX_INO;
 
 enum class Freshness {
-    Cached, // what the system knows already: never waits for a server
+    Cached, // what the system knows already; of a served file system this may be old
     Asked,  // as fresh as the file system offers
 };
 
@@ -35,6 +35,7 @@ bool ReadStatus(int folder, const char* name, bool followLink, struct statx& sta
 // What holds for all entries of a folder: the file system that it lies on.
 struct FileSystemFacts {
     bool isReadOnly = false; // mounted so
+    bool isServed = false;   // a server or another program tells what is in it
 };
 FileSystemFacts ReadFileSystem(int descriptor);
 FileSystemFacts ReadFileSystem(const std::string& path);

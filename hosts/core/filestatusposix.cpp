@@ -1,10 +1,13 @@
 #include <algorithm>
+#include <iterator>
 
+#include <linux/magic.h>
 #include <sys/statvfs.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
 #include "ancestors.h"
+#include "descriptor.h"
 #include "filestatus.h"
 
 namespace vx3::core {
@@ -22,9 +25,22 @@ VX3FileDate CreatedDate(const struct statx& status, LocalDates& dates)
     return dates.Convert(isKept ? status.stx_btime.tv_sec : status.stx_mtime.tv_sec);
 }
 
+// Numbers of the kernel, some of which <linux/magic.h> lacks.
+bool IsServedType(uint32_t type)
+{
+    constexpr uint32_t cifs = 0xFF534D42;
+    constexpr uint32_t ceph = 0x00C36400;
+    constexpr uint32_t lustre = 0x0BD00BD0;
+    constexpr uint32_t served[] = {
+        NFS_SUPER_MAGIC, SMB_SUPER_MAGIC, SMB2_SUPER_MAGIC, FUSE_SUPER_MAGIC, V9FS_MAGIC, AFS_SUPER_MAGIC, CODA_SUPER_MAGIC, cifs, ceph,
+        lustre
+    };
+    return std::find(std::begin(served), std::end(served), type) != std::end(served);
+}
+
 FileSystemFacts FactsOf(const struct statfs& status)
 {
-    return { (status.f_flags & ST_RDONLY) != 0 };
+    return { (status.f_flags & ST_RDONLY) != 0, IsServedType(static_cast<uint32_t>(status.f_type)) };
 }
 
 } // namespace
@@ -49,8 +65,8 @@ FileSystemFacts ReadFileSystem(int descriptor)
 
 FileSystemFacts ReadFileSystem(const std::string& path)
 {
-    struct statfs status;
-    return statfs(path.c_str(), &status) == 0 ? FactsOf(status) : FileSystemFacts();
+    Descriptor held(open(path.c_str(), O_PATH | O_CLOEXEC)); // statfs on the path would mount what waits there
+    return ReadFileSystem(held.Get());
 }
 
 WriteRights::WriteRights(const FileSystemFacts& fileSystem)

@@ -32,6 +32,8 @@ private:
     static constexpr size_t bufferSize = 256 * 1024; // some thousand entries a call
     Descriptor folder;
     uint32_t options;
+    FileSystemFacts fileSystem;
+    Freshness freshness; // old facts of a served file system would hide what others have changed
     Ancestors ancestors;
     WriteRights rights;
     LocalDates dates;

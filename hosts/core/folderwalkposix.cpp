@@ -20,8 +20,10 @@ std::unique_ptr<FolderWalk> FolderWalk::Start(const std::string& native, uint32_
 FolderWalk::FolderWalk(Descriptor open, const std::string& native, uint32_t walkOptions)
     : folder(std::move(open))
     , options(walkOptions)
+    , fileSystem(ReadFileSystem(folder.Get()))
+    , freshness(fileSystem.isServed ? Freshness::Asked : Freshness::Cached)
     , ancestors(native)
-    , rights(ReadFileSystem(folder.Get()))
+    , rights(fileSystem)
     , buffer(new char[bufferSize])
 {
 }
@@ -71,7 +73,7 @@ bool FolderWalk::Describe(const struct dirent64& listed, VX3FolderEntry& entry)
     if (listed.d_type == DT_LNK)
         return DescribeLink(listed.d_name, entry);
     struct statx status;
-    if (ReadStatus(folder.Get(), listed.d_name, false, status, Freshness::Cached)) {
+    if (ReadStatus(folder.Get(), listed.d_name, false, status, freshness)) {
         if (listed.d_type == DT_UNKNOWN && S_ISLNK(status.stx_mode))
             return DescribeLink(listed.d_name, entry);
         DescribeStatus(status, rights, dates, entry);
@@ -91,7 +93,7 @@ bool FolderWalk::Describe(const struct dirent64& listed, VX3FolderEntry& entry)
 bool FolderWalk::DescribeLink(const char* name, VX3FolderEntry& entry)
 {
     struct statx status;
-    FollowedStatus found = ReadFollowedStatus(folder.Get(), name, ancestors, status, Freshness::Cached);
+    FollowedStatus found = ReadFollowedStatus(folder.Get(), name, ancestors, status, freshness);
     if (found == FollowedStatus::Nothing)
         return false;
     DescribeStatus(status, rights, dates, entry);
