@@ -69,16 +69,28 @@ bool TreeRemover::Step()
     return entry.isFolder ? Enter(entry.name) : RemoveFile(entry.name);
 }
 
+// Changes the mode of the very folder that it holds, whatever gets its name meanwhile: a
+// mode set by name would follow a link.
+void TakeRights(const Descriptor& held)
+{
+    const std::string way = "/proc/self/fd/" + std::to_string(held.Get());
+    chmod(way.c_str(), S_IRWXU); // if that fails the folder may be open to us nevertheless
+}
+
 bool TreeRemover::Enter(const std::string& name)
 {
+    constexpr int folderFlags = O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
     struct statx above;
+    struct statx expected;
     struct statx inside;
-    if (!progress.BeginElement(0) || !ReadOpenStatus(folder.Get(), above))
+    Descriptor held(openat(folder.Get(), name.c_str(), O_PATH | folderFlags));
+    if (!progress.BeginElement(0) || !ReadOpenStatus(folder.Get(), above) || !held.IsOpen() || !ReadOpenStatus(held.Get(), expected)
+        || IsMountRoot(expected, IdentityOf(above).device))
         return false;
     if (rights == Rights::Taken)
-        fchmodat(folder.Get(), name.c_str(), S_IRWXU, 0);
-    Descriptor entered(openat(folder.Get(), name.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
-    if (!entered.IsOpen() || !ReadOpenStatus(entered.Get(), inside) || IsMountRoot(inside, IdentityOf(above).device))
+        TakeRights(held);
+    Descriptor entered(openat(folder.Get(), name.c_str(), O_RDONLY | folderFlags));
+    if (!entered.IsOpen() || !ReadOpenStatus(entered.Get(), inside) || IdentityOf(inside) != IdentityOf(expected))
         return false;
     Level level = { name, IdentityOf(above), {}, 0 };
     if (!ListNames(entered.Get(), level.entries))

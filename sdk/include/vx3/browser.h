@@ -14,6 +14,8 @@
  * Urls. A VX3Url belongs to one thread at a time and changes itself while it is read.
  * All zero is a valid empty value; `destruct` frees what it holds.
  *
+ * While the browser handles VX3_MESSAGE_ENDING no other thread may call.
+ *
  * Errors of node operations are bit sets whose top bit means failure: VX3_ERROR below.
  */
 #ifndef VX3_BROWSER_H
@@ -36,7 +38,8 @@ typedef struct VX3Url {
     VX3String text;
 } VX3Url;
 
-/* Attribute bits of a node. */
+/* Attribute bits of a node. Links are those of catalogs: a link of the file system shows
+ * what it leads to. */
 #define VX3_NODE_FOLDER 0x1u
 #define VX3_NODE_CONTAINER 0x2u
 #define VX3_NODE_BUNDLE 0x4u
@@ -61,7 +64,8 @@ typedef struct VX3Url {
 /* Modes of the change operations. */
 enum { VX3_MODE_ASK = 0, VX3_MODE_COUNT = 1, VX3_MODE_DO = 2 };
 
-/* Mode bits of `findNodeByUrl`. */
+/* Mode bits of `findNodeByUrl`: the whole URL or none; the deepest node reached, if the
+ * whole URL is not there; bring each level up to date before descending. */
 enum { VX3_FIND_PLAIN = 1, VX3_FIND_DEEPEST = 2, VX3_FIND_POPULATE = 4 };
 
 /* Results of the change operations. */
@@ -205,21 +209,24 @@ typedef struct VX3LinkFunctions {
 
 /* 9: operations of a node, by slot. Slot 0 is the destructor and has no entry. */
 typedef struct VX3NodeFunctions {
-    void* reserved;                                                      /* none */
-    void (*getFirstChild)(VX3Node* node, VX3Node** child);               /* [any-thread] [may-block] */
-    void (*getLastChild)(VX3Node* node, VX3Node** child);                /* [any-thread] [may-block] */
-    void (*remove)(VX3Node* node);                                       /* [any-thread] */
-    int32_t (*getNodeType)(VX3Node* node);                               /* [any-thread] */
-    VX3Plugin* (*getPlugin)(VX3Node* node, uint32_t flags);              /* [any-thread] [may-block] */
-    void (*getName)(VX3Node* node, VX3String* name);                     /* [any-thread] */
-    const VX3String* (*getNameRef)(VX3Node* node);                       /* Borrowed until the node is released or renamed. [any-thread] */
+    void* reserved; /* none */
+    /* Lists a folder that is dirty or was never listed. */
+    void (*getFirstChild)(VX3Node* node, VX3Node** child);  /* [any-thread] [may-block] */
+    void (*getLastChild)(VX3Node* node, VX3Node** child);   /* [any-thread] [may-block] */
+    void (*remove)(VX3Node* node);                          /* [any-thread] */
+    int32_t (*getNodeType)(VX3Node* node);                  /* [any-thread] */
+    VX3Plugin* (*getPlugin)(VX3Node* node, uint32_t flags); /* [any-thread] [may-block] */
+    void (*getName)(VX3Node* node, VX3String* name);        /* [any-thread] */
+    const VX3String* (*getNameRef)(VX3Node* node);          /* Borrowed until the node is released or renamed. [any-thread] */
+    /* Detail 2 asks for the specific kind, as by extension; others for the general one. */
     void (*getTypeName)(VX3Node* node, VX3String* name, int32_t detail); /* [any-thread] [may-block] */
     VX3Bool (*getUrl)(VX3Node* node, VX3Url* url, uint32_t flags);       /* [any-thread] */
     VX3Bool (*getDate)(VX3Node* node, int32_t kind, VX3FileDate* date);  /* [any-thread] */
     uint32_t (*getAttributes)(VX3Node* node, int64_t* size);             /* `size` may be none. [any-thread] */
     VX3Preview* (*getPreview)(VX3Node* node, uint32_t request,
                               int32_t size); /* The caller must free with `releasePreview`. [gui-thread] [may-block] */
-    int64_t (*populate)(VX3Node* node);      /* [any-thread] [may-block] */
+    /* Brings the children up to date and gives a generation that changes when they do. */
+    int64_t (*populate)(VX3Node* node);                                                           /* [any-thread] [may-block] */
     int32_t (*getContentData)(VX3Node* node, int32_t id, int32_t kind, int32_t sub, void** data); /* [any-thread] [may-block] */
     uint32_t (*rename)(VX3Node* node, int32_t mode, const VX3String* name);                       /* [any-thread] [may-block] */
     uint32_t (*createFolder)(VX3Node* node, int32_t mode, const VX3String* name,
@@ -228,6 +235,8 @@ typedef struct VX3NodeFunctions {
                          void* user); /* `source` is consumed. [any-thread] [may-block] */
     uint32_t (*copyInto)(VX3Node* node, VX3Node* source, int32_t mode, const VX3String* name, VX3ProgressFunction progress, void* user,
                          uint32_t flags); /* `source` is consumed, `name` may be none. [any-thread] [may-block] */
+    /* A progress function of a deletion must not ask this node or its folder for their
+     * children: they wait for its end. */
     uint32_t (*deleteContent)(VX3Node* node, int32_t mode, VX3ProgressFunction progress,
                               void* user); /* Deletes what the node stands for. [any-thread] [may-block] */
     void (*updateUrlPrefix)(VX3Node* node, const VX3String* oldPrefix, const VX3String* newPrefix,
@@ -310,13 +319,14 @@ typedef struct VX3Preference {
 typedef struct VX3ToolFunctions {
     int64_t size;
     /* The children of a folder in an order, as an array of `count` counted nodes,
-     * none if there are none; `first` is the first child, consumed. Smaller, older and
+     * none if there are none, with a count of -1 without memory; `first` is the first
+     * child or none, consumed. Smaller, older and
      * earlier ones come first; folders in front where the user wants so. The caller must
      * free with `freeNodes`. [any-thread] [may-block] */
     VX3Node** (*sortedChildren)(int32_t order, VX3Node* first, int32_t* count);
     /* Releases the nodes of such an array and frees it. [any-thread] */
     void (*freeNodes)(VX3Node** nodes);
-    /* Negative, 0 or positive in an order; folders are not set first. [any-thread] [may-block] */
+    /* Negative, 0 or positive in an order; never sets folders in front. [any-thread] [may-block] */
     int32_t (*compareNodes)(int32_t order, VX3Node* a, VX3Node* b);
     /* The deepest node whose URL holds `url` component by component, at last the
      * computer. [any-thread] [may-block] */

@@ -2,7 +2,8 @@
  *
  * The order of a life is action 1, message 1, action 2, message 1000, messages at any
  * time, message 200000272, action 3; all on the main thread, one at a time. After
- * action 1 failed only action 3 may follow. A module may be loaded again after its
+ * action 1 failed action 3 follows and nothing else. A module that is asked to start and
+ * answers 0 gets no further message but action 3. A module may be loaded again after its
  * last action 3.
  */
 #ifndef VX3_ENTRY_H
@@ -22,15 +23,17 @@ enum {
 enum { VX3_RESULT_OK = 1, VX3_RESULT_REFUSED = -1, VX3_RESULT_HOST_TOO_OLD = -3, VX3_ENTRY_VERSION = 5 };
 
 enum {
-    VX3_MESSAGE_BUILD = 0,            /* data: uint32_t*, receives the module's build number */
-    VX3_MESSAGE_RESOURCES = 1,        /* data: VX3ResourceRequest* */
-    VX3_MESSAGE_ALL_LOADED = 1000,    /* all modules are up */
-    VX3_MESSAGE_RUN_TIMING = 1001084, /* data: const uint32_t*, 0 at the start of the run */
-    VX3_MESSAGE_VOLUME = 1001190,     /* data: const VX3VolumeChange*, may be none */
-    VX3_MESSAGE_ENDING = 200000272    /* the host is ending */
+    VX3_MESSAGE_BUILD = 0,         /* data: uint32_t*, receives the module's build number */
+    VX3_MESSAGE_RESOURCES = 1,     /* data: VX3ResourceRequest* */
+    VX3_MESSAGE_ALL_LOADED = 1000, /* all modules are up */
+    VX3_MESSAGE_RUN_TIMING = 1001084,
+    /* heeded and answered with -1; */ /* data: const uint32_t*, 0 at the start of the run */
+    VX3_MESSAGE_VOLUME = 1001190,      /* data: const VX3VolumeChange*, may be none */
+    VX3_MESSAGE_ENDING = 200000272     /* the host is ending */
 };
 
-/* Data of VX3_MESSAGE_RESOURCES: the module clears `pending` once its texts are loaded. */
+/* Data of VX3_MESSAGE_RESOURCES: the host sets `pending`, and the module clears it once
+ * its texts are loaded. */
 typedef struct VX3ResourceRequest {
     uint64_t pending;
 } VX3ResourceRequest;

@@ -38,7 +38,8 @@ typedef struct VX3FolderEntry {
 /* A bit of VX3FolderServices.remove: never into the trash, for files of the caller's own. */
 enum { VX3_REMOVE_FOR_GOOD = 0x10000 };
 
-/* Bits of VX3FolderServices.startWalk. */
+/* Bits of VX3FolderServices.startWalk: hidden and read-only entries are left out unless
+ * these are set. */
 enum { VX3_WALK_HIDDEN = 1, VX3_WALK_READONLY = 2 };
 
 /* A volume that the attribute bit 0x80 marks is not to be listed: a pseudo file
@@ -97,7 +98,8 @@ typedef struct VX3FolderServices {
      * be read or there is no memory. One system call an entry beyond the listing.
      * The caller must free with `endWalk`. [any-thread] [may-block] */
     VX3FolderWalk* (*startWalk)(const VX3Path* folder, uint32_t options);
-    /* Fills the next entry; 0 at the end. [owner-thread] [may-block] */
+    /* Fills the next entry; 0 at the end. An entry that has gone meanwhile is passed over.
+     * [owner-thread] [may-block] */
     VX3Bool (*nextEntry)(VX3FolderWalk* walk, VX3FolderEntry* entry);
     /* 1 if the walk met no error so far: a walk that ended on a failed read is not a
      * whole listing. [owner-thread] */
@@ -107,6 +109,7 @@ typedef struct VX3FolderServices {
     /* Starts a list of the volumes; none if that fails. The caller must free with
      * `endVolumes`. [any-thread] [may-block] */
     VX3VolumeWalk* (*startVolumes)(void);
+    /* Fills the next volume, zeroed before the first call, anew; 0 at the end. */
     VX3Bool (*nextVolume)(VX3VolumeWalk* walk, VX3Volume* volume); /* [owner-thread] [may-block] */
     void (*endVolumes)(VX3VolumeWalk* walk);                       /* [owner-thread] */
 } VX3FolderServices;

@@ -4,9 +4,9 @@
  * last action 3 has returned; no call may be made before or after. The table and its
  * sections do not change while it is valid.
  *
- * `version` is compared with the version that a module needs. A section that the host
- * does not offer is none: a module tests the pointer before the first use of one of
- * the optional sections, which are named so below. `size` is the number of bytes of the
+ * `version` is compared with the version that a module needs. The sections that are named
+ * optional below may be none, and a module tests their pointers; the others are always
+ * there. What a host cannot do fails by its documented result. `size` is the number of bytes of the
  * table that the host fills; sections behind it are not there.
  */
 #ifndef VX3_HOST_H

@@ -8,7 +8,7 @@
  * Names are text of UTF-16 units, yet a POSIX name is any bytes but `/` and zero. A
  * byte b that is not part of well-formed UTF-8 stands as the lone surrogate
  * U+DC00 + b, and a backslash inside a name as U+DC5C, so that every name survives
- * the way into text and back and a backslash is free to be a separator elsewhere.
+ * the way into text and back. A plain backslash in a text is a separator.
  *
  * A memory path has no parts: their getters give empty ones, and calls that would change
  * them answer 0.
@@ -45,12 +45,12 @@ typedef struct VX3PathServices {
     VX3Bool (*getText)(const VX3Path* path, VX3String* text);
 
     /* Reads what stands behind "file://localhost/" in a file URL, with forward
-     * slashes: on POSIX a `/` is put in front unless the tail begins with a letter
+     * slashes: on POSIX a `/` is put in front unless the tail begins with an ASCII letter
      * and ":", and an empty tail is the path `/`. [any-thread] */
     VX3Bool (*setUrlTail)(VX3Path* path, const VX3String* tail);
 
     /* Writes the same: `/a/b` gives "a/b", `C:\a` gives "C:/a", `/` gives the empty
-     * text. [any-thread] */
+     * text; the POSIX path `/C:/a` gives "/C:/a", so that it reads back. [any-thread] */
     VX3Bool (*getUrlTail)(const VX3Path* path, VX3String* tail);
 
     /* The directory part as a path; of `/a` it is `/`, of `/` it is empty.

@@ -1,8 +1,8 @@
 /* Resources of a module: texts by number in the user's language, dialog layouts, and
  * the host's lists of languages and keywords.
  *
- * A module keeps them in a folder `res` beside its binary: `strings/<code>.txt`, one
- * text a line as `NUMBER<blank>TEXT` with \n and \\ as escapes, `layouts/NUMBER.layout`,
+ * A module keeps them in a folder `res` beside its binary: `strings/<code>.txt` in UTF-8,
+ * one text a line as `NUMBER<blank>TEXT` with \n and \\ as escapes, `layouts/NUMBER.layout`,
  * `descriptions/NAME.txt`. A number that the user's language lacks is taken from `us`; the
  * number 0 is the name of the language itself, such as "English".
  */

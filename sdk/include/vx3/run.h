@@ -15,7 +15,9 @@ enum {
     VX3_EDITION_LIBRARIES_FIXED = 3  /* are all libraries unchangeable? */
 };
 
-/* Folders of the host by number, and standard places of the user. */
+/* Folders of the host by number, and standard places of the user. The start-up place is
+ * the folder of the host that marker files lie in. A plain host answers the questions
+ * above with 0, 0, 1, 0. */
 enum { VX3_FOLDER_PREFERENCES = 1, VX3_FOLDER_APPLICATION_LIBRARY = 3, VX3_FOLDER_USER_LIBRARY = 4 };
 enum { VX3_PLACE_STARTUP = 1, VX3_PLACE_TEMPORARY = 2, VX3_PLACE_HOME = 3, VX3_PLACE_DESKTOP = 6 };
 

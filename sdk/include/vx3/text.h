@@ -38,8 +38,8 @@ typedef struct VX3TextServices {
 
     /* Writes the text as UTF-8 with a terminating zero into `bytes`, cut between two
      * characters if `capacity` is too small; a lone surrogate becomes U+FFFD.
-     * Returns the bytes that the whole text needs, without the zero. `bytes` may be
-     * none if `capacity` is 0. [any-thread] */
+     * Returns the bytes that the whole text needs, without the zero, and INT32_MAX for
+     * more than that. `bytes` may be none if `capacity` is 0. [any-thread] */
     int32_t (*toUtf8)(const VX3String* text, char* bytes, int32_t capacity);
 
     /* The number of units. [any-thread] */
@@ -111,7 +111,8 @@ typedef struct VX3TextServices {
      * is something else or does not fit. [any-thread] */
     VX3Bool (*toInteger)(const VX3String* text, int64_t* number);
 
-    /* Reads the whole text as a number with a point. [any-thread] */
+    /* Reads the whole text as a number with a point and perhaps an exponent; 0 if it is
+     * something else or does not fit. [any-thread] */
     VX3Bool (*toFloat)(const VX3String* text, double* number);
 } VX3TextServices;
 

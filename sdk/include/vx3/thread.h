@@ -1,7 +1,7 @@
 /* Threads.
  *
  * A thread object is made for an object of the module and a table of its operations,
- * started at most once, waited for and freed by whoever made it.
+ * started at most once, waited for and freed by whoever made it. A priority is a wish.
  */
 #ifndef VX3_THREAD_H
 #define VX3_THREAD_H
