@@ -25,16 +25,21 @@ VX3FileDate CreatedDate(const struct statx& status, LocalDates& dates)
     return dates.Convert(isKept ? status.stx_btime.tv_sec : status.stx_mtime.tv_sec);
 }
 
-// Numbers of the kernel, some of which <linux/magic.h> lacks.
+// <linux/magic.h> has only what is part of the kernel.
 bool IsServedType(uint32_t type)
 {
-    constexpr uint32_t cifs = 0xFF534D42;
-    constexpr uint32_t ceph = 0x00C36400;
     constexpr uint32_t lustre = 0x0BD00BD0;
-    constexpr uint32_t served[] = {
-        NFS_SUPER_MAGIC, SMB_SUPER_MAGIC, SMB2_SUPER_MAGIC, FUSE_SUPER_MAGIC, V9FS_MAGIC, AFS_SUPER_MAGIC, CODA_SUPER_MAGIC, cifs, ceph,
-        lustre
-    };
+    constexpr uint32_t served[] = { NFS_SUPER_MAGIC,
+                                    SMB_SUPER_MAGIC,
+                                    SMB2_SUPER_MAGIC,
+                                    FUSE_SUPER_MAGIC,
+                                    V9FS_MAGIC,
+                                    AFS_SUPER_MAGIC,
+                                    AFS_FS_MAGIC,
+                                    CODA_SUPER_MAGIC,
+                                    cifs,
+                                    ceph,
+                                    lustre };
     return std::find(std::begin(served), std::end(served), type) != std::end(served);
 }
 
