@@ -29,17 +29,8 @@ VX3FileDate CreatedDate(const struct statx& status, LocalDates& dates)
 bool IsServedType(uint32_t type)
 {
     constexpr uint32_t lustre = 0x0BD00BD0;
-    constexpr uint32_t served[] = { NFS_SUPER_MAGIC,
-                                    SMB_SUPER_MAGIC,
-                                    SMB2_SUPER_MAGIC,
-                                    FUSE_SUPER_MAGIC,
-                                    V9FS_MAGIC,
-                                    AFS_SUPER_MAGIC,
-                                    AFS_FS_MAGIC,
-                                    CODA_SUPER_MAGIC,
-                                    cifs,
-                                    ceph,
-                                    lustre };
+    constexpr uint32_t served[] = { NFS_SUPER_MAGIC, SMB_SUPER_MAGIC,  SMB2_SUPER_MAGIC, FUSE_SUPER_MAGIC, V9FS_MAGIC, AFS_SUPER_MAGIC,
+                                    AFS_FS_MAGIC,    CODA_SUPER_MAGIC, CIFS_SUPER_MAGIC, CEPH_SUPER_MAGIC, lustre };
     return std::find(std::begin(served), std::end(served), type) != std::end(served);
 }
 
