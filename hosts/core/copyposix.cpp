@@ -185,6 +185,10 @@ bool CopyTree(const std::string& from, const std::string& to, OperationProgress&
 {
     if (from.empty() || LastOf(to).empty() || FileExists(to) || LiesInside(to, from))
         return false;
+    // A pipe or device cannot be copied. Found late it would undo gigabytes, so look first;
+    // what comes into the tree afterwards still fails where it is met.
+    if (!HoldsNothingSpecial(from))
+        return false;
     std::string temporary = FreeTemporaryPath(to);
     if (temporary.empty())
         return false;

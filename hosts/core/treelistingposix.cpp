@@ -14,12 +14,23 @@ bool IsDots(const char* name)
     return name[0] == '.' && (name[1] == 0 || (name[1] == '.' && name[2] == 0));
 }
 
-bool IsFolderEntry(int folder, const struct dirent64& listed)
+constexpr mode_t KindOf(const struct dirent64& listed)
 {
-    if (listed.d_type != DT_UNKNOWN)
-        return listed.d_type == DT_DIR;
+    return DTTOIF(listed.d_type);
+}
+
+bool IsSpecial(mode_t mode)
+{
+    return !S_ISDIR(mode) && !S_ISREG(mode) && !S_ISLNK(mode);
+}
+
+ListedName Describe(int folder, const struct dirent64& listed)
+{
+    mode_t kind = KindOf(listed);
     struct statx status;
-    return ReadStatus(folder, listed.d_name, false, status) && S_ISDIR(status.stx_mode);
+    if (listed.d_type == DT_UNKNOWN)
+        kind = ReadStatus(folder, listed.d_name, false, status) ? status.stx_mode : S_IFREG; // gone since it was listed
+    return { listed.d_name, S_ISDIR(kind), IsSpecial(kind) };
 }
 
 } // namespace
@@ -36,7 +47,7 @@ bool ListNames(int folder, std::vector<ListedName>& names)
             const auto& listed = *reinterpret_cast<const struct dirent64*>(buffer.get() + at);
             at += listed.d_reclen;
             if (!IsDots(listed.d_name))
-                names.push_back({ listed.d_name, IsFolderEntry(folder, listed) });
+                names.push_back(Describe(folder, listed));
         }
     }
 }

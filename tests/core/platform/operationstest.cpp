@@ -191,6 +191,21 @@ TEST(Copy, OfALinkWhoseNameIsTakenMeanwhileLeavesNothing)
     EXPECT_EQ(Contents(to), "another's");
 }
 
+TEST(Copy, OfATreeWithAPipeFailsBeforeAnythingIsWritten)
+{
+    Scratch scratch;
+    MakeTree(scratch, "tree");
+    mkfifo((scratch / "tree/sub/zpipe").c_str(), 0666);
+    for (const char* source : { "tree", "tree/sub", "tree/sub/zpipe" }) {
+        ProgressLog log;
+        VX3Bool cancelled = 1;
+        EXPECT_FALSE(CopyTo(scratch / source, scratch / "copy", &log, &cancelled)) << source;
+        EXPECT_FALSE(cancelled) << source;
+        EXPECT_EQ(log.calls, 0) << source;
+    }
+    EXPECT_EQ(std::distance(files::directory_iterator(scratch.Root()), {}), 1);
+}
+
 TEST(Copy, ThatDoesNotFitLeavesNothing)
 {
     Scratch scratch;
