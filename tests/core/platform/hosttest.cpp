@@ -228,7 +228,13 @@ TEST(Volumes, TheTableOfMountsAsItIsWritten)
                               "28 22 0:43 / /mnt/twice rw - tmpfs tmpfs rw\n"
                               "29 22 8:33 / /mnt/twice rw - vfat /dev/sdc1 rw\n"
                               "a line that is cut\n"
-                              "30 22 0:44 / /mnt/pool rw - zfs tank/data rw\n";
+                              "30 22 0:44 / /mnt/pool rw - zfs tank/data rw\n"
+                              "31 22 0:45 / /mnt/merged rw - fuse.mergerfs a:b rw\n"
+                              "32 22 0:46 / /mnt/vault rw - fuse.gocryptfs /home/me/.vault rw\n"
+                              "33 22 0:47 / /run/user/1000/doc rw - fuse.portal portal rw\n"
+                              "34 22 0:48 / /var/lib/lxcfs rw - fuse.lxcfs lxcfs rw\n"
+                              "35 22 0:49 / /mnt/cloud rw - fuse.rclone cloud: rw\n"
+                              "36 22 0:50 / /sys/fs/fuse/connections rw - fusectl fusectl rw\n";
     const std::pair<const char*, uint32_t> expected[] = { { "/", 0 },
                                                           { "/proc", VX3_VOLUME_LEAVE_OUT },
                                                           { "/media/My Disk\\x", 0 },
@@ -236,7 +242,13 @@ TEST(Volumes, TheTableOfMountsAsItIsWritten)
                                                           { "/mnt/ssh", VX3_VOLUME_NETWORK },
                                                           { "/run/user/1000/gvfs", VX3_VOLUME_LEAVE_OUT },
                                                           { "/mnt/twice", 0 },
-                                                          { "/mnt/pool", 0 } };
+                                                          { "/mnt/pool", 0 },
+                                                          { "/mnt/merged", 0 },
+                                                          { "/mnt/vault", 0 },
+                                                          { "/run/user/1000/doc", VX3_VOLUME_LEAVE_OUT },
+                                                          { "/var/lib/lxcfs", VX3_VOLUME_LEAVE_OUT },
+                                                          { "/mnt/cloud", VX3_VOLUME_NETWORK },
+                                                          { "/sys/fs/fuse/connections", VX3_VOLUME_LEAVE_OUT } };
     auto volumes = ReadMountTable(table);
     ASSERT_EQ(volumes.size(), std::size(expected));
     for (size_t i = 0; i < volumes.size(); ++i) {
@@ -245,6 +257,25 @@ TEST(Volumes, TheTableOfMountsAsItIsWritten)
     }
     ASSERT_EQ(ReadMountTable("").size(), 1u);
     EXPECT_EQ(ReadMountTable("")[0].path, "/");
+}
+
+TEST(Volumes, WhatIsMountedOverIsNotTold)
+{
+    // Children stand in front of their parents, too.
+    const std::string table = "5 9 8:4 / /early rw - ext4 /dev/sda4 rw\n"
+                              "9 1 8:1 / / rw - ext4 /dev/sda1 rw\n"
+                              "10 9 8:2 / /data rw - ext4 /dev/sda2 rw\n"
+                              "11 10 8:3 / /data/inner rw - ext4 /dev/sda3 rw\n"
+                              "12 10 8:5 / /data rw - ext4 /dev/sda5 rw\n" // over /data: its inner one is out of reach
+                              "13 9 8:6 / /datastore rw - ext4 /dev/sda6 rw\n"
+                              "14 9 8:7 / /a/b/c rw - ext4 /dev/sda7 rw\n"
+                              "15 14 8:8 / /a/b/c/d rw - ext4 /dev/sda8 rw\n"
+                              "16 9 8:9 / /a/b rw - ext4 /dev/sda9 rw\n" // over the folder that holds /a/b/c
+                              "17 16 8:10 / /a/b/e rw - ext4 /dev/sda10 rw\n";
+    std::vector<std::string> told;
+    for (const VolumeFacts& volume : ReadMountTable(table))
+        told.push_back(volume.path);
+    EXPECT_EQ(told, (std::vector<std::string>{ "/", "/early", "/data", "/datastore", "/a/b", "/a/b/e" }));
 }
 
 // A shorter list would take volumes out of the browser.

@@ -14,12 +14,8 @@ thread_local bool isLimited = false;
 extern "C" void* __real_malloc(size_t size);
 extern "C" void* __wrap_malloc(size_t size)
 {
-    if (isLimited && successesLeft <= 0) {
-        successesLeft = -1;
+    if (isLimited && --successesLeft == -1)
         return nullptr;
-    }
-    if (isLimited)
-        --successesLeft;
     return __real_malloc(size);
 }
 

@@ -4,8 +4,8 @@
 
 namespace vx3::core {
 
-// From its making to its end the request of this number, 0 being the next one, and
-// all further ones of this thread give nothing.
+// From its making to its end the request of this number, 0 being the next one, gives
+// nothing. Later ones do, so that whoever hides the failure is found out.
 class ScarceMemory
 {
 public:
