@@ -45,17 +45,19 @@ int32_t Send(intptr_t message, void* data = nullptr)
     return vx3_main(VX3_ACTION_MESSAGE, reinterpret_cast<void*>(message), data, nullptr);
 }
 
-browser::DirectoryEntry FolderEntry(const std::string& path, uint32_t flags)
+browser::DirectoryEntry EntryAt(const browser::FilePath& path, uint32_t flags)
 {
     browser::DirectoryEntry entry;
-    core::Path native(path);
-    entry.path = browser::FilePath::Of(native.Get());
-    entry.name = entry.path.Last();
+    if (!browser::MakeAddress(path, entry.address))
+        Give("an address could not be made");
     entry.flags = flags;
-    browser::BrowserURL url(entry.path);
-    entry.urlHash = url.GetHash();
-    entry.urlLength = static_cast<uint32_t>(url.GetText().Length());
     return entry;
+}
+
+browser::DirectoryEntry FolderEntry(const std::string& path, uint32_t flags)
+{
+    core::Path native(path);
+    return EntryAt(browser::FilePath::Of(native.Get()), flags);
 }
 
 ContentRef Attach(browser::DirectoryEntry&& entry)
@@ -69,13 +71,10 @@ ContentRef Attach(browser::DirectoryEntry&& entry)
 browser::DirectoryEntry ChildEntry(const browser::FilePath& folder, const std::u16string& name, uint64_t& random)
 {
     constexpr uint64_t largestFile = 50'000'000;
-    browser::DirectoryEntry entry;
-    core::Text text{ std::u16string_view(name) };
-    entry.name = browser::String::Of(text.Get());
-    (void)entry.path.SetJoined(folder, entry.name);
-    browser::BrowserURL url(entry.path);
-    entry.urlHash = url.GetHash();
-    entry.urlLength = static_cast<uint32_t>(url.GetText().Length());
+    core::Text text { std::u16string_view(name) };
+    browser::FilePath path;
+    (void)path.SetJoined(folder, browser::String::Of(text.Get()));
+    browser::DirectoryEntry entry = EntryAt(path, 0);
     entry.size = static_cast<int64_t>(NextRandom(&random) % largestFile);
     return entry;
 }
