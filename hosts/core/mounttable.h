@@ -32,4 +32,7 @@ bool IsFuseSource(const Mount& mount); // a program shows files of its own throu
 // Does `path` lie below `folder`? By components, on paths without links.
 bool LiesBelow(std::string_view path, std::string_view folder);
 
+// Is something mounted below a folder, which is a path without links?
+bool HoldsMounts(const std::string& folder);
+
 } // namespace vx3::core

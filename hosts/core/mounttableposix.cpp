@@ -158,6 +158,14 @@ std::string ReadMountFile()
     return table;
 }
 
+bool HoldsMounts(const std::string& folder)
+{
+    for (const Mount& mount : ReadMounts(ReadMountFile()))
+        if (LiesBelow(mount.point, folder))
+            return true;
+    return false;
+}
+
 bool IsFuseSource(const Mount& mount)
 {
     if (!mount.type.starts_with(fusePrefix) || mount.type.ends_with(imageSuffix))

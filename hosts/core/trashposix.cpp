@@ -12,6 +12,7 @@
 #include "fileoperations.h"
 #include "filestatus.h"
 #include "hoststate.h"
+#include "mounttable.h"
 
 namespace vx3::core {
 
@@ -158,20 +159,58 @@ bool MoveInto(const Trash& trash, const std::string& path)
     return false;
 }
 
+// Without links; empty if nothing is there.
+std::string RealPath(const std::string& path)
+{
+    char* real = realpath(path.c_str(), nullptr);
+    std::string copy = real ? real : "";
+    std::free(real);
+    return copy;
+}
+
+// Where a path stands to the trash that is to take it.
+enum class Place { Outside, Inside, Itself };
+
+// `Itself` is also what holds the trash and what the trash is made of.
+Place PlaceOf(const std::string& path, const std::string& trash)
+{
+    if (path == trash || path == trash + "/files" || path == trash + "/info" || LiesBelow(trash, path))
+        return Place::Itself;
+    return LiesBelow(path, trash) ? Place::Inside : Place::Outside;
+}
+
+// What lies in the trash goes for good, as desktops do it, and then its text as well.
+bool RemoveFromTrash(const std::string& path, const std::string& trash, OperationProgress& progress)
+{
+    if (!RemoveTree(path, progress))
+        return false;
+    if (FolderOf(path) == trash + "/files")
+        unlink((trash + "/info/" + LastOf(path) + infoSuffix).c_str());
+    return true;
+}
+
 } // namespace
 
 bool MoveToTrash(const std::string& path, int64_t size, OperationProgress& progress)
 {
     // The real folder: the text is read long after links on the way may have changed.
-    char* real = realpath(FolderOf(path).c_str(), nullptr);
-    if (!real)
+    const std::string folder = RealPath(FolderOf(path));
+    if (folder.empty())
         return false;
-    std::string place = std::string(real) == "/" ? "/" + LastOf(path) : std::string(real) + "/" + LastOf(path);
-    std::free(real);
+    const std::string place = (folder == "/" ? "" : folder) + "/" + LastOf(path);
     Trash trash;
-    if (!FileExists(place) || !progress.BeginElement(size))
+    if (!FileExists(place) || !FindTrash(place, trash))
         return false;
-    return FindTrash(place, trash) && MoveInto(trash, place);
+    const std::string realTrash = RealPath(trash.folder);
+    if (realTrash.empty())
+        return false;
+    switch (PlaceOf(place, realTrash)) {
+    case Place::Itself: return false;
+    case Place::Inside: return RemoveFromTrash(place, realTrash, progress);
+    case Place::Outside: break;
+    }
+    // A mount would come along unseen, and whoever empties the trash would empty the volume.
+    return !HoldsMounts(place) && progress.BeginElement(size) && MoveInto(trash, place);
 }
 
 } // namespace vx3::core

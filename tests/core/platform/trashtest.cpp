@@ -76,6 +76,42 @@ TEST_F(TrashTest, AnotherVolumeHasItsOwnTrashOrRefuses)
     files::remove(file);
 }
 
+TEST_F(TrashTest, DoesNotGoIntoItselfAndWhatLiesInItGoesForGood)
+{
+    scratch.Folder("tree/inner");
+    scratch.File("tree/inner/file");
+    scratch.Folder("real");
+    files::create_directory_symlink("real", scratch / "data"); // reached another way as well
+    ASSERT_TRUE(Delete(scratch / "tree"));
+    auto before = NamesBelow(Trash());
+    for (const std::string& path : { Trash(), Trash() + "/files", Trash() + "/info", scratch / "real/Trash", scratch / "real" })
+        EXPECT_FALSE(Delete(path)) << path;
+    EXPECT_EQ(NamesBelow(Trash()), before);
+
+    EXPECT_TRUE(Delete(scratch / "real/Trash/files/tree/inner/file"));
+    EXPECT_EQ(NamesBelow(Trash()), (std::set<std::string>{ "files", "files/tree", "files/tree/inner", "info", "info/tree.trashinfo" }));
+    EXPECT_TRUE(Delete(Trash() + "/files/tree"));
+    EXPECT_EQ(NamesBelow(Trash()), (std::set<std::string>{ "files", "info" }));
+}
+
+TEST_F(TrashTest, AFolderWithAMountInItStaysWhereItIs)
+{
+    std::string folder = scratch.Folder("tree");
+    std::string mounted = scratch.Folder("tree/in ner/mounted");
+    scratch.Folder("tree2");
+    auto trouble = RunWithOwnMounts([&]() -> std::string {
+        if (!MountMemory(mounted))
+            return "no mount";
+        scratch.File("tree/in ner/mounted/file");
+        if (Delete(folder) || Delete(scratch / "tree/in ner") || !files::exists(mounted + "/file"))
+            return "moved";
+        return Delete(scratch / "tree2") ? "" : "a neighbour was refused";
+    });
+    if (!trouble)
+        GTEST_SKIP() << "no right to mount";
+    EXPECT_EQ(*trouble, "");
+}
+
 TEST_F(TrashTest, ACancelledDeleteLeavesFileAndTrashAlone)
 {
     std::string file = scratch.File("kept");
