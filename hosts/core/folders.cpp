@@ -89,13 +89,14 @@ VX3Bool Copy(const VX3Path* from, const VX3Path* to, uint32_t, int64_t, VX3Progr
                            [&](OperationProgress& progress) { return CopyTree(NativeBytes(*from), NativeBytes(*to), progress); });
 }
 
-VX3Bool Remove(const VX3Path* path, uint32_t, int64_t size, VX3ProgressFunction function, void* user, VX3Bool* cancelled)
+VX3Bool Remove(const VX3Path* path, uint32_t bits, int64_t size, VX3ProgressFunction function, void* user, VX3Bool* cancelled)
 {
     return RunWithProgress(function, user, cancelled, [&](OperationProgress& progress) {
         std::string native = NativeBytes(*path);
         if (native.empty() || IsMountPoint(native))
             return false;
-        return CurrentSettings().deleteIntoTrash ? MoveToTrash(native, size, progress) : RemoveTree(native, progress);
+        bool intoTrash = CurrentSettings().deleteIntoTrash && !(bits & VX3_REMOVE_FOR_GOOD);
+        return intoTrash ? MoveToTrash(native, size, progress) : RemoveTree(native, progress);
     });
 }
 

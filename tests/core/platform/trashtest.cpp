@@ -76,6 +76,15 @@ TEST_F(TrashTest, AnotherVolumeHasItsOwnTrashOrRefuses)
     files::remove(file);
 }
 
+TEST_F(TrashTest, WhatIsToGoForGoodDoesNotGoThere)
+{
+    std::string folder = scratch.Folder("folder");
+    scratch.File("folder/file");
+    EXPECT_TRUE(Delete(folder, nullptr, uint32_t(VX3_ENTRY_FOLDER) | VX3_REMOVE_FOR_GOOD));
+    EXPECT_FALSE(files::exists(folder));
+    EXPECT_FALSE(files::exists(Trash() + "/files/folder"));
+}
+
 TEST_F(TrashTest, DoesNotGoIntoItselfAndWhatLiesInItGoesForGood)
 {
     scratch.Folder("tree/inner");
