@@ -71,7 +71,7 @@ ContentRef Attach(browser::DirectoryEntry&& entry)
 browser::DirectoryEntry ChildEntry(const browser::FilePath& folder, const std::u16string& name, uint64_t& random)
 {
     constexpr uint64_t largestFile = 50'000'000;
-    core::Text text { std::u16string_view(name) };
+    core::Text text{ std::u16string_view(name) };
     browser::FilePath path;
     (void)path.SetJoined(folder, browser::String::Of(text.Get()));
     browser::DirectoryEntry entry = EntryAt(path, 0);
