@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "descriptor.h"
+
 namespace vx3::core {
 
 // One line of the table.
@@ -24,10 +26,16 @@ std::vector<Mount> ReadMounts(std::string_view table);
 // The table of this machine, empty where there is no such file. Throws if it cannot be
 // read or memory lacks: half a table is worse than none.
 std::string ReadMountFile();
+Descriptor OpenMountFile();
+std::string ReadMountFile(const Descriptor& file); // an open one, from its start
 
 bool IsNetworkMount(const Mount& mount);
 bool IsDiskMount(const Mount& mount);  // has a disk behind it
 bool IsFuseSource(const Mount& mount); // a program shows files of its own through it
+
+// Can a call on a place where a volume is mounted never wait for a server or a program?
+// Not so of any other path, which may run over links, or of kinds that are unknown here.
+bool AnswersAtOnce(const std::vector<Mount>& mounts, std::string_view path);
 
 // Does `path` lie below `folder`? By components, on paths without links.
 bool LiesBelow(std::string_view path, std::string_view folder);

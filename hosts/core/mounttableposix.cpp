@@ -17,6 +17,11 @@ constexpr std::array<std::string_view, 12> networkTypes = { "nfs", "nfs4", "cifs
 // With a disk behind them whose name need not be a device.
 constexpr std::array<std::string_view, 5> diskTypes = { "zfs", "bcachefs", "virtiofs", "vboxsf", "vmhgfs" };
 
+// What the kernel answers for out of its memory or from a disk of this machine.
+constexpr std::array<std::string_view, 18> kernelTypes = { "ext2", "ext3",     "ext4",  "xfs",    "btrfs",   "zfs",
+                                                           "f2fs", "bcachefs", "vfat",  "exfat",  "ntfs3",   "iso9660",
+                                                           "udf",  "squashfs", "tmpfs", "rootfs", "overlay", "devtmpfs" };
+
 constexpr std::string_view fusePrefix = "fuse.";
 constexpr std::array<std::string_view, 7> fuseNetworks = { "sshfs", "rclone", "s3fs", "curlftpfs", "glusterfs", "ceph", "davfs" };
 // Their sources are lists of folders, which look like a server and a place on it.
@@ -115,6 +120,11 @@ void EraseHidden(std::vector<Mount>& mounts)
     std::erase_if(mounts, [&](const Mount& mount) { return std::find(hidden.begin(), hidden.end(), mount.number) != hidden.end(); });
 }
 
+bool HasOwnAnswer(const Mount& mount)
+{
+    return IsOneOf(kernelTypes, mount.type);
+}
+
 } // namespace
 
 bool LiesBelow(std::string_view path, std::string_view folder)
@@ -138,24 +148,46 @@ std::vector<Mount> ReadMounts(std::string_view table)
     return mounts;
 }
 
+Descriptor OpenMountFile()
+{
+    return Descriptor(open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC));
+}
+
 std::string ReadMountFile()
+{
+    Descriptor file = OpenMountFile();
+    if (!file.IsOpen() && errno != ENOENT)
+        throw std::runtime_error("the table of mounts cannot be opened");
+    return file.IsOpen() ? ReadMountFile(file) : std::string();
+}
+
+std::string ReadMountFile(const Descriptor& file)
 {
     constexpr size_t step = 64 * 1024;
     std::string table;
-    Descriptor file(open("/proc/self/mountinfo", O_RDONLY | O_CLOEXEC));
-    if (!file.IsOpen() && errno != ENOENT)
-        throw std::runtime_error("the table of mounts cannot be opened");
-    for (ssize_t got = file.IsOpen() ? 1 : 0; got > 0;) {
+    for (ssize_t got = 1; got > 0;) {
         const size_t filled = table.size();
         table.resize(filled + step);
         do
-            got = read(file.Get(), table.data() + filled, step);
+            got = pread(file.Get(), table.data() + filled, step, static_cast<off_t>(filled));
         while (got < 0 && errno == EINTR);
         if (got < 0)
             throw std::runtime_error("the table of mounts cannot be read");
         table.resize(filled + static_cast<size_t>(got));
     }
     return table;
+}
+
+// The mounts on the way count as well, since the path leads through them.
+bool AnswersAtOnce(const std::vector<Mount>& mounts, std::string_view path)
+{
+    bool isMount = false;
+    for (const Mount& mount : mounts) {
+        isMount = isMount || mount.point == path;
+        if ((mount.point == path || LiesBelow(path, mount.point)) && !HasOwnAnswer(mount))
+            return false;
+    }
+    return isMount;
 }
 
 bool HoldsMounts(const std::string& folder)

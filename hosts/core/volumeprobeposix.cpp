@@ -8,6 +8,7 @@
 
 #include <sys/vfs.h>
 
+#include "mountwatch.h"
 #include "volumes.h"
 
 namespace vx3::core {
@@ -35,20 +36,34 @@ std::shared_ptr<Probes> TheProbes()
     return probes;
 }
 
-void Ask(std::shared_ptr<Probes> probes, std::shared_ptr<Answer> answer, std::string path)
+bool AskDirectly(const std::string& path)
 {
     struct statfs facts;
-    bool isGood = statfs(path.c_str(), &facts) == 0;
+    return statfs(path.c_str(), &facts) == 0;
+}
+
+void AskAndTell(std::shared_ptr<Probes> probes, std::shared_ptr<Answer> answer, std::string path)
+{
+    bool isGood = AskDirectly(path);
     std::lock_guard guard(probes->lock);
     *answer = { true, isGood };
     probes->underWay.erase(path);
     probes->changed.notify_all();
 }
 
+MountWatch& TheMounts()
+{
+    static MountWatch watch;
+    return watch;
+}
+
 } // namespace
 
 bool VolumeAnswers(const std::string& path)
 {
+    // Disks are asked often, before each look into their root: no thread for them.
+    if (TheMounts().AnswersAtOnce(path))
+        return AskDirectly(path);
     auto probes = TheProbes();
     auto answer = std::make_shared<Answer>();
     std::unique_lock guard(probes->lock);
@@ -59,7 +74,7 @@ bool VolumeAnswers(const std::string& path)
         return false;
     probes->underWay.insert(path);
     try {
-        std::thread(Ask, probes, answer, path).detach();
+        std::thread(AskAndTell, probes, answer, path).detach();
     } catch (const std::system_error&) {
         probes->underWay.erase(path);
         return false;

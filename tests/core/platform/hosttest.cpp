@@ -2,14 +2,18 @@
 #include <memory>
 #include <vector>
 
+#include <sys/mount.h>
 #include <sys/stat.h>
 
 #include "core/corehost.h"
 #include "core/hoststate.h"
 #include "core/message.h"
 #include "core/moduleloader.h"
+#include "core/mounttable.h"
+#include "core/mountwatch.h"
 #include "core/registry.h"
 #include "core/volumes.h"
+#include "ownmounts.h"
 #include "scarcememory.h"
 #include "scratch.h"
 
@@ -276,6 +280,50 @@ TEST(Volumes, WhatIsMountedOverIsNotTold)
     for (const VolumeFacts& volume : ReadMountTable(table))
         told.push_back(volume.path);
     EXPECT_EQ(told, (std::vector<std::string>{ "/", "/early", "/data", "/datastore", "/a/b", "/a/b/e" }));
+}
+
+// Only what cannot hang is asked in the thread of the caller.
+TEST(Volumes, WhichAnswerAtOnce)
+{
+    const std::string table = "1 0 8:1 / / rw - ext4 /dev/sda1 rw\n"
+                              "2 1 8:2 / /home rw - btrfs /dev/sda2 rw\n"
+                              "3 1 0:30 / /run rw - tmpfs tmpfs rw\n"
+                              "4 1 0:40 / /server rw - nfs4 server:/export rw\n"
+                              "5 4 8:3 / /server/disk rw - ext4 /dev/sdb1 rw\n"
+                              "6 1 0:41 / /ntfs rw - fuseblk /dev/sdc1 rw\n"
+                              "7 1 0:42 / /merged rw - fuse.mergerfs a:b rw\n"
+                              "8 1 0:43 / /auto rw - autofs systemd-1 rw\n"
+                              "9 1 0:44 / /new rw - unheardfs /dev/sdd1 rw\n"
+                              "10 2 8:4 / /home/over rw - ext4 /dev/sde1 rw\n"
+                              "11 10 0:45 / /home/over rw - cifs //server/share rw\n"
+                              "12 1 0:46 / /fuse rw - fuse /dev/fuse rw\n";
+    const std::pair<const char*, bool> expected[] = { { "/", true },          { "/home", true },         { "/run", true },
+                                                      { "/server", false },   { "/server/disk", false }, // the way there may hang
+                                                      { "/ntfs", false },     { "/merged", false },      { "/auto", false },
+                                                      { "/new", false },      { "/home/over", false },   { "/fuse", false },
+                                                      { "/home/link", false } }; // no mount: a link may lead anywhere
+    const std::vector<Mount> mounts = ReadMounts(table);
+    for (const auto& [path, isAtOnce] : expected)
+        EXPECT_EQ(AnswersAtOnce(mounts, path), isAtOnce) << path;
+}
+
+TEST(Volumes, WhichAnswerAtOnceIsAskedAnewWhenTheMountsChange)
+{
+    Scratch scratch;
+    std::string folder = files::canonical(scratch.Folder("mounted")).string();
+    auto trouble = RunWithOwnMounts([&]() -> std::string {
+        MountWatch watch;
+        if (watch.AnswersAtOnce(folder) || !watch.AnswersAtOnce("/"))
+            return "wrong before the mount";
+        if (!MountMemory(folder))
+            return "no mount";
+        if (!watch.AnswersAtOnce(folder))
+            return "the mount was missed";
+        return umount(folder.c_str()) == 0 && !watch.AnswersAtOnce(folder) ? "" : "the end of the mount was missed";
+    });
+    if (!trouble)
+        GTEST_SKIP() << "no right to mount";
+    EXPECT_EQ(*trouble, "");
 }
 
 // A shorter list would take volumes out of the browser.
