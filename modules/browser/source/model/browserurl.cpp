@@ -1,6 +1,7 @@
 #include "model/browserurl.h"
 
 #include <algorithm>
+#include <array>
 
 #include "model/crc32.h"
 #include "services/allocation.h"
@@ -27,13 +28,18 @@ class UnitBuffer
 {
 public:
     explicit UnitBuffer(Units source, SourcePlace place = SourcePlace::Here())
-        : count(source.size())
+        : UnitBuffer({}, source, place)
+    {
+    }
+    // One text behind the other; `start` fits on the stack.
+    UnitBuffer(Units start, Units rest, SourcePlace place = SourcePlace::Here())
+        : count(start.size() + rest.size())
     {
         if (count > StackUnits)
             heap = static_cast<VX3Unit*>(HostAlloc(count * sizeof(VX3Unit), place));
         if (!heap)
             count = std::min(count, StackUnits);
-        std::copy_n(source.data(), count, Data());
+        std::copy_n(rest.data(), count - start.size(), std::copy(start.begin(), start.end(), Data()));
     }
     ~UnitBuffer()
     {
@@ -48,6 +54,14 @@ private:
     VX3Unit* heap = nullptr;
     size_t count;
 };
+
+// The prefix and its slash as units.
+constexpr auto fileStart = [] {
+    std::array<VX3Unit, pathStart> units = {};
+    std::copy_n(filePrefix, filePrefixLength, units.begin());
+    units.back() = slash;
+    return units;
+}();
 
 } // namespace
 
@@ -124,12 +138,12 @@ void BrowserURL::MakeCanonical()
 bool BrowserURL::ComposeText()
 {
     String tail;
-    if (!path.GetUrlTail(tail) || !text.Set(filePrefix))
+    if (!path.GetUrlTail(tail))
         return false;
-    if (!tail.IsEmpty() && (!text.Append("/") || !text.Append(tail)))
-        return false;
-    UnitBuffer<stackUnits> buffer(text.View());
-    std::replace(buffer.Data(), buffer.Data() + buffer.View().size(), backslash, slash);
+    if (tail.IsEmpty())
+        return text.Set(filePrefix);
+    UnitBuffer<stackUnits> buffer(fileStart, tail.View());
+    std::replace(buffer.Data() + pathStart, buffer.Data() + buffer.View().size(), backslash, slash);
     return text.Set(buffer.View());
 }
 

@@ -353,6 +353,8 @@ RTreeNode::Outcome RTreeNode::TryLinkChain(Ref<RTreeNode>* nodes, size_t count, 
         return Outcome::Refused;
     if (index && !index->Prepare(childCount + count))
         DropIndex();
+    else if (!index && childCount + count > indexThreshold)
+        BuildIndex(childCount + count);
     NodeRef before = std::move(lastChild);
     for (size_t i = 0; i < count; i++) {
         NodeRef& node = nodes[i];
@@ -435,7 +437,7 @@ void RTreeNode::NoteChildAdded(RTreeNode* child)
     childCount++;
     if (!index) {
         if (childCount > indexThreshold)
-            BuildIndex();
+            BuildIndex(childCount);
     } else if (!index->Add(child->IndexHash(), child->IndexLength(), child)) {
         DropIndex();
     }
@@ -449,12 +451,12 @@ void RTreeNode::NoteChildTaken(RTreeNode* child)
 }
 
 // Without memory there is no index, and the next child that is added tries again.
-void RTreeNode::BuildIndex()
+void RTreeNode::BuildIndex(size_t expected)
 {
     index = Make<ChildIndex>()();
     if (!index)
         return;
-    bool complete = index->Prepare(childCount);
+    bool complete = index->Prepare(expected);
     for (RTreeNode* child = firstChild.Get(); child && complete; child = child->next.Get())
         complete = index->Add(child->IndexHash(), child->IndexLength(), child);
     if (!complete)

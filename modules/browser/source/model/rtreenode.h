@@ -78,6 +78,12 @@ protected:
     // All children of one moment, from `first` on if it is given. False without memory.
     [[nodiscard]] bool CollectChildren(Array<NodeRef>& out, RTreeNode* first = nullptr) CB_UNCHECKED;
 
+private:
+    // With `indexLength` the key, changed under the parent's lock. Stands here since it
+    // fills a gap behind the count: a folder may have 100,000 nodes.
+    std::atomic<uint32_t> indexHash = 0;
+
+protected:
     std::atomic<RTree*> tree = nullptr; // not counted; the same in a whole subtree
 
 private:
@@ -101,7 +107,7 @@ private:
     void AppendTo(RTreeNode* newParent, Displaced& displaced) CB_UNCHECKED;
     void NoteChildAdded(RTreeNode* child) CB_UNCHECKED;
     void NoteChildTaken(RTreeNode* child) CB_UNCHECKED;
-    void BuildIndex() CB_UNCHECKED;
+    void BuildIndex(size_t expected) CB_UNCHECKED; // with room for so many children
     void DropIndex() CB_UNCHECKED;
 
     void SpreadTree();
@@ -116,7 +122,6 @@ private:
     LinkLock lock;
     ChildIndex* index CB_GUARDED_BY(lock) = nullptr; // owned; none while there are few children
     uint32_t childCount CB_GUARDED_BY(lock) = 0;
-    std::atomic<uint32_t> indexHash = 0; // changed under the parent's lock
     std::atomic<uint32_t> indexLength = 0;
 };
 

@@ -1,25 +1,72 @@
 #include "search/sortkeys.h"
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 namespace browser {
 
 namespace {
 
-int32_t CompareSizes(int64_t a, int64_t b)
-{
-    return a < b ? -1 : a > b;
-}
+constexpr uint64_t signBit = uint64_t(1) << 63;
+constexpr int32_t halfWord = 16; // bits of a field of a date
+constexpr int32_t folderShift = 3 * halfWord;
+constexpr int32_t mostUnits = 1024; // of a name; what stands behind is compared as text
+constexpr size_t usualWords = 3;    // of a name
+constexpr ptrdiff_t fewItems = 6;   // are compared at once, rather than word by word
 
-// Up to eight bytes as a number that compares as they do.
-uint64_t PieceOf(const uint8_t* bytes, size_t length)
+// Packs units into words that compare as the units do. A unit takes one to three bytes,
+// so that a word holds eight letters; the last word ends with a zero byte.
+class NamePacker
 {
-    uint64_t piece = 0;
-    for (size_t i = 0; i < sizeof piece; i++)
-        piece = piece << 8 | (i < length ? bytes[i] : 0);
-    return piece;
-}
+public:
+    explicit NamePacker(Units units)
+    {
+        if (!PutAscii(units))
+            for (VX3Unit unit : units)
+                Put(unit);
+        std::memset(bytes + length, 0, sizeof(uint64_t));
+    }
+
+    uint32_t WordCount() const { return static_cast<uint32_t>(length / sizeof(uint64_t) + 1); }
+    uint64_t WordAt(size_t index) const
+    {
+        uint64_t word;
+        std::memcpy(&word, bytes + index * sizeof word, sizeof word);
+        return std::endian::native == std::endian::little ? __builtin_bswap64(word) : word;
+    }
+
+private:
+    // Most names. One pass without branches, which is wasted on the others.
+    bool PutAscii(Units units)
+    {
+        uint32_t all = 0;
+        for (size_t i = 0; i < units.size(); i++) {
+            all |= units[i];
+            bytes[i] = static_cast<uint8_t>(units[i]);
+        }
+        length = all < 0x80 ? units.size() : 0;
+        return all < 0x80;
+    }
+
+    void Put(VX3Unit unit)
+    {
+        if (unit < 0x80) {
+            bytes[length++] = static_cast<uint8_t>(unit);
+            return;
+        }
+        if (unit < 0x800) {
+            bytes[length++] = static_cast<uint8_t>(0xC0 | unit >> 6);
+        } else {
+            bytes[length++] = static_cast<uint8_t>(0xE0 | unit >> 12);
+            bytes[length++] = static_cast<uint8_t>(0x80 | (unit >> 6 & 0x3F));
+        }
+        bytes[length++] = static_cast<uint8_t>(0x80 | (unit & 0x3F));
+    }
+
+    uint8_t bytes[mostUnits * 3 + sizeof(uint64_t)];
+    size_t length = 0;
+};
 
 int32_t CompareUrls(BrowserContentNode* a, BrowserContentNode* b)
 {
@@ -31,14 +78,26 @@ int32_t CompareUrls(BrowserContentNode* a, BrowserContentNode* b)
 
 // Merges two sorted runs that lie behind each other. A merge sort takes any comparison,
 // also one that changes its mind, without leaving the array.
-template <class IsBefore>
-void MergeRuns(const uint32_t* from, size_t start, size_t middle, size_t end, uint32_t* to, IsBefore isBefore)
+template <class T, class IsBefore>
+void MergeRuns(const T* from, size_t start, size_t middle, size_t end, T* to, IsBefore isBefore)
 {
     size_t left = start, right = middle;
     for (size_t at = start; at < end; at++) {
         bool takeRight = left == middle || (right < end && isBefore(from[right], from[left]));
         to[at] = takeRight ? from[right++] : from[left++];
     }
+}
+
+void TakeDate(const FileDate& date, uint64_t (&lead)[SortKey::leads])
+{
+    lead[0] |= uint64_t(date.year) << 2 * halfWord | uint64_t(date.month) << halfWord | date.day;
+    lead[1] = uint64_t(date.hour) << 2 * halfWord | uint64_t(date.minute) << halfWord | date.second;
+}
+
+// No step behind this one can tell two names apart.
+bool IsLastWord(int32_t step, uint64_t value)
+{
+    return step >= SortKey::leads && (value & 0xFF) == 0;
 }
 
 } // namespace
@@ -73,44 +132,48 @@ bool SortKeys::Take(NodeRef first)
     Array<NodeRef> siblings;
     if (!CollectSiblings(std::move(first), siblings))
         return false;
+    const size_t count = siblings.Count();
+    if (!keys.Reserve(count) || !order.Reserve(count) || !words.Reserve(count * usualWords))
+        return false;
     for (NodeRef& node : siblings)
         if (!TakeOne(std::move(node)))
             return false;
-    RankTypes();
-    FindNamePieces();
-    return true;
+    return RankTypes();
 }
 
 bool SortKeys::TakeOne(NodeRef node)
 {
     SortKey key;
+    int64_t size = 0;
     BrowserContentNode* content = ContentOf(node);
-    uint32_t attributes = content->GetAttributes(&key.size);
-    key.folderRank = static_cast<int32_t>(attributes & Attribute::canHoldChildren);
-    if (plan.byDate)
-        (void)content->GetDate(plan.dateKind, key.date);
-    content->GetName(key.name);
+    uint32_t holds = content->GetAttributes(&size) & Attribute::canHoldChildren;
+    key.canHoldChildren = holds != 0;
+    if (plan.foldersFirst)
+        key.lead[0] = uint64_t(Attribute::canHoldChildren - holds) << folderShift;
+    if (plan.bySize)
+        key.lead[0] = static_cast<uint64_t>(size) ^ signBit;
+    FileDate date = {};
+    if (plan.byDate && content->GetDate(plan.dateKind, date))
+        TakeDate(date, key.lead);
     key.node = std::move(node);
-    if (!TakeName(key) || (plan.byType && !key.folderRank && !TakeType(key)))
+    if (!TakeName(key) || (plan.byType && !holds && !TakeType(key)))
         return false;
-    return order.Append(static_cast<uint32_t>(keys.Count())) && keys.Append(std::move(key));
+    return order.Append({ 0, static_cast<uint32_t>(keys.Count()), key.nameAt }) && keys.Append(std::move(key));
 }
 
 bool SortKeys::TakeName(SortKey& key)
 {
-    constexpr int32_t mostUnits = 1024;
+    String name;
     VX3Unit units[mostUnits];
-    int32_t count = std::min(host->text->orderKey(key.name.Value(), units, mostUnits), mostUnits);
-    key.nameAt = static_cast<uint32_t>(nameBytes.Count());
-    key.nameLength = static_cast<uint32_t>(count) * sizeof(VX3Unit);
-    uint8_t* bytes = count ? nameBytes.Extend(key.nameLength) : nullptr;
-    if (count && !bytes)
-        return false;
-    for (int32_t i = 0; i < count; i++) {
-        bytes[2 * i] = static_cast<uint8_t>(units[i] >> 8);
-        bytes[2 * i + 1] = static_cast<uint8_t>(units[i]);
-    }
-    return true;
+    ContentOf(key.node)->GetName(name);
+    int32_t count = std::min(host->text->orderKey(name.Value(), units, mostUnits), mostUnits);
+    const NamePacker packed({ units, static_cast<size_t>(count) });
+    key.nameAt = static_cast<uint32_t>(words.Count());
+    key.nameWords = packed.WordCount();
+    uint64_t* own = words.Extend(key.nameWords);
+    for (size_t i = 0; own && i < key.nameWords; i++)
+        own[i] = packed.WordAt(i);
+    return own != nullptr;
 }
 
 // Few kinds stand in one folder, so their texts are ranked and not the nodes.
@@ -119,85 +182,102 @@ bool SortKeys::TakeType(SortKey& key)
     String type;
     ContentOf(key.node)->GetTypeName(type, TypeDetail::Specific);
     const String* known = std::find(types.begin(), types.end(), type);
-    key.typeRank = static_cast<int32_t>(known - types.begin());
+    key.lead[1] = static_cast<uint64_t>(known - types.begin());
     return known != types.end() || types.Append(std::move(type));
 }
 
-void SortKeys::RankTypes()
+// Puts the place of each type among the others where its number is.
+bool SortKeys::RankTypes()
 {
-    if (!plan.byType)
-        return;
-    for (SortKey& key : keys) {
-        const String* own = key.folderRank ? nullptr : &types[static_cast<size_t>(key.typeRank)];
-        key.typeRank = 0;
+    Array<uint64_t> ranks;
+    if (types.IsEmpty())
+        return true;
+    if (!ranks.Extend(types.Count()))
+        return false;
+    for (size_t i = 0; i < types.Count(); i++)
         for (const String& other : types)
-            key.typeRank += own && other.Order(*own) < 0;
-    }
-}
-
-// Most names of one folder begin alike; what stands behind that decides most comparisons.
-void SortKeys::FindNamePieces()
-{
-    if (keys.IsEmpty())
-        return;
-    const uint8_t* all = nameBytes.begin();
-    size_t shared = keys[0].nameLength;
-    for (const SortKey& key : keys) {
-        const uint8_t* first = all + keys[0].nameAt;
-        const uint8_t* own = all + key.nameAt;
-        shared = std::min<size_t>(shared, key.nameLength);
-        shared = static_cast<size_t>(std::mismatch(first, first + shared, own).first - first);
-    }
+            ranks[i] += other.Order(types[i]) < 0;
     for (SortKey& key : keys)
-        key.namePiece = PieceOf(all + key.nameAt + shared, key.nameLength - shared);
-}
-
-int32_t SortKeys::CompareNames(const SortKey& a, const SortKey& b) const
-{
-    if (a.namePiece != b.namePiece)
-        return a.namePiece < b.namePiece ? -1 : 1;
-    const uint8_t* all = nameBytes.begin();
-    int difference = std::memcmp(all + a.nameAt, all + b.nameAt, std::min(a.nameLength, b.nameLength));
-    if (difference)
-        return difference;
-    if (a.nameLength != b.nameLength)
-        return a.nameLength < b.nameLength ? -1 : 1;
-    return a.name.Order(b.name);
-}
-
-int32_t SortKeys::Compare(const SortKey& a, const SortKey& b) const
-{
-    int32_t result = plan.foldersFirst ? b.folderRank - a.folderRank : 0;
-    if (!result && plan.byDate)
-        result = CompareDates(a.date, b.date);
-    if (!result && plan.bySize)
-        result = CompareSizes(a.size, b.size);
-    if (!result && plan.byType)
-        result = a.typeRank - b.typeRank;
-    if (!result)
-        result = CompareNames(a, b);
-    if (!result && plan.byUrl && !(plan.byType && a.folderRank))
-        result = CompareUrls(ContentOf(a.node), ContentOf(b.node));
-    return result;
+        if (!key.canHoldChildren)
+            key.lead[1] = ranks[key.lead[1]];
+    return true;
 }
 
 bool SortKeys::Sort()
 {
     const size_t count = order.Count();
-    Array<uint32_t> other;
-    if (count && !other.Extend(count))
+    if (count && !spare.Extend(count))
         return false;
-    auto isBefore = [this](uint32_t a, uint32_t b) { return Compare(keys[a], keys[b]) < 0; };
-    uint32_t* from = order.begin();
-    uint32_t* to = other.begin();
+    SortFrom(order.begin(), order.end(), 0);
+    return true;
+}
+
+// Sorts by one number of each key; what ties there is sorted by the next one.
+void SortKeys::SortFrom(Item* from, Item* to, int32_t step)
+{
+    for (; LoadValues(from, to, step); step++)
+        if (to - from < 2 || IsLastWord(step, from->value))
+            return SortTies(from, to);
+    std::sort(from, to, [](const Item& a, const Item& b) { return a.value < b.value; });
+    const bool namesAreNext = step + 1 >= SortKey::leads;
+    for (Item* end = from; from != to; from = end) {
+        while (end != to && end->value == from->value)
+            end++;
+        if (IsLastWord(step, from->value) || (namesAreNext && end - from <= fewItems))
+            SortTies(from, end);
+        else
+            SortFrom(from, end, step + 1);
+    }
+}
+
+// True if all are equal.
+bool SortKeys::LoadValues(Item* from, Item* to, int32_t step)
+{
+    bool same = true;
+    for (Item* item = from; item != to; item++) {
+        item->value = step < SortKey::leads ? keys[item->at].lead[step] : words[item->word++];
+        same = same && item->value == from->value;
+    }
+    return same;
+}
+
+// For those that nothing but names and URLs can tell apart.
+void SortKeys::SortTies(Item* from, Item* to)
+{
+    const auto count = static_cast<size_t>(to - from);
+    auto isBefore = [this](const Item& a, const Item& b) { return Compare(keys[a.at], keys[b.at]) < 0; };
+    Item* run = from;
+    Item* merged = spare.begin();
     for (size_t width = 1; width < count; width *= 2) {
         for (size_t start = 0; start < count; start += 2 * width)
-            MergeRuns(from, start, std::min(start + width, count), std::min(start + 2 * width, count), to, isBefore);
-        std::swap(from, to);
+            MergeRuns(run, start, std::min(start + width, count), std::min(start + 2 * width, count), merged, isBefore);
+        std::swap(run, merged);
     }
-    if (from != order.begin())
-        std::copy_n(from, count, order.begin());
-    return true;
+    if (run != from)
+        std::copy_n(run, count, from);
+}
+
+int32_t SortKeys::Compare(const SortKey& a, const SortKey& b) const
+{
+    int32_t result = CompareNames(a, b);
+    if (!result && plan.byUrl && !(plan.byType && a.canHoldChildren))
+        result = CompareUrls(ContentOf(a.node), ContentOf(b.node));
+    return result;
+}
+
+int32_t SortKeys::CompareNames(const SortKey& a, const SortKey& b) const
+{
+    for (uint32_t i = 0; i < std::min(a.nameWords, b.nameWords); i++) {
+        uint64_t own = words[a.nameAt + i], other = words[b.nameAt + i];
+        if (own != other)
+            return own < other ? -1 : 1;
+    }
+    if (a.nameWords != b.nameWords)
+        return a.nameWords < b.nameWords ? -1 : 1;
+    String nameA, nameB;
+    ContentOf(a.node)->GetName(nameA);
+    ContentOf(b.node)->GetName(nameB);
+    return nameA.Order(nameB);
 }
 
 } // namespace browser

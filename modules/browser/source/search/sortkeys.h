@@ -17,15 +17,15 @@ struct SortPlan {
     static SortPlan For(SortMode mode, bool foldersFirst);
 };
 
+// What comes in front of the name, as two numbers that are compared one after the other,
+// and where the name's key stands.
 struct SortKey {
-    uint64_t namePiece = 0; // the part of the name's key where names begin to differ
-    uint32_t nameAt = 0;    // the name's key: bytes in SortKeys
-    uint32_t nameLength = 0;
-    int32_t folderRank = 0; // what can hold children has the higher one
-    int32_t typeRank = 0;
-    int64_t size = 0;
-    FileDate date = {};
-    String name;
+    static constexpr int32_t leads = 2;
+
+    uint64_t lead[leads] = {};
+    uint32_t nameAt = 0; // words in SortKeys
+    uint32_t nameWords = 0;
+    bool canHoldChildren = false;
     NodeRef node;
 };
 
@@ -42,22 +42,33 @@ public:
 
     Array<SortKey>& Keys() { return keys; }
     // The place of the n-th of the order in Keys().
-    uint32_t At(size_t n) const { return order[n]; }
+    uint32_t At(size_t n) const { return order[n].at; }
 
 private:
+    // Numbers lie closer together than keys do, so the sort moves these.
+    struct Item {
+        uint64_t value; // what is compared at this step
+        uint32_t at;    // in `keys`
+        uint32_t word;  // the one of the name that is compared next
+    };
+
     [[nodiscard]] bool TakeOne(NodeRef node);
     [[nodiscard]] bool TakeName(SortKey& key);
     [[nodiscard]] bool TakeType(SortKey& key);
-    void RankTypes();
-    void FindNamePieces();
+    [[nodiscard]] bool RankTypes();
+
+    void SortFrom(Item* from, Item* to, int32_t step);
+    bool LoadValues(Item* from, Item* to, int32_t step);
+    void SortTies(Item* from, Item* to);
     int32_t Compare(const SortKey& a, const SortKey& b) const;
     int32_t CompareNames(const SortKey& a, const SortKey& b) const;
 
     const SortPlan plan;
     Array<SortKey> keys;
-    Array<uint32_t> order;
-    Array<uint8_t> nameBytes; // big-endian units of all name keys, behind each other
-    Array<String> types;      // each type text once
+    Array<Item> order;
+    Array<Item> spare;     // as long as `order`, for merging
+    Array<uint64_t> words; // of all name keys, behind each other
+    Array<String> types;   // each type text once
 };
 
 } // namespace browser
