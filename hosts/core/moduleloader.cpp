@@ -63,7 +63,7 @@ bool ModuleLoader::Load(const std::string& binary)
     return true;
 }
 
-bool ModuleLoader::Start(const VX3Host* table)
+bool ModuleLoader::Begin(const VX3Host* table)
 {
     if (!entry || loaded) {
         error = entry ? "The module has been started already" : "No module is loaded";
@@ -89,7 +89,20 @@ bool ModuleLoader::Start(const VX3Host* table)
     started = true;
     uint32_t startOfRun = 0;
     Send(VX3_MESSAGE_RUN_TIMING, &startOfRun);
-    Send(VX3_MESSAGE_ALL_LOADED);
+    return true;
+}
+
+void ModuleLoader::AllLoaded()
+{
+    if (started)
+        Send(VX3_MESSAGE_ALL_LOADED);
+}
+
+bool ModuleLoader::Start(const VX3Host* table)
+{
+    if (!Begin(table))
+        return false;
+    AllLoaded();
     return true;
 }
 

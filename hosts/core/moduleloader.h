@@ -17,10 +17,14 @@ public:
     ~ModuleLoader(); // as End and Unload
 
     bool Load(const std::string& binary); // false: see Error()
-    // Actions 1, message 1, action 2, message 1001084, message 1000. False if one is refused.
-    bool Start(const VX3Host* table);
-    void End();    // message 200000272 and action 3, if started
-    void Unload(); // dlclose
+    // Action 1, message 1, action 2, message 1001084. False if one is refused.
+    bool Begin(const VX3Host* table);
+    // Message 1000, if Begin went well. A host of several modules begins them all first,
+    // since it says that all of them are up.
+    void AllLoaded();
+    bool Start(const VX3Host* table); // both, for a host of one module
+    void End();                       // message 200000272 and action 3, if started
+    void Unload();                    // dlclose
 
     int32_t Call(int32_t action, void* arg1 = nullptr, void* arg2 = nullptr, void* arg3 = nullptr);
     int32_t Send(intptr_t message, void* data = nullptr);

@@ -193,6 +193,34 @@ TEST_F(HostTest, WhatIsNoModuleSaysSo)
     EXPECT_EQ(loader.Call(VX3_ACTION_VERSION), VX3_RESULT_REFUSED);
 }
 
+TEST_F(HostTest, ModulesUpAreTheOnlyOnesThatHearThatAllAreLoaded)
+{
+    auto host = StartHost();
+    ModuleLoader first;
+    ModuleLoader second;
+    ModuleLoader third;
+    ASSERT_TRUE(first.Load(TELLING_MODULE)) << first.Error();
+    ASSERT_TRUE(second.Load(TELLING_MODULE)) << second.Error();
+    ASSERT_TRUE(third.Load(TELLING_MODULE)) << third.Error();
+    const std::string begin = "action 1\nmessage 1\naction 2\nmessage 1001084\n";
+    first.AllLoaded(); // not begun: says nothing
+    EXPECT_TRUE(first.Begin(host->Table()));
+    EXPECT_TRUE(second.Begin(host->Table()));
+    EXPECT_FALSE(second.Begin(host->Table())) << "begun already";
+    EXPECT_EQ(console, begin + begin);
+    console.clear();
+    first.AllLoaded();
+    second.AllLoaded();
+    EXPECT_EQ(console, "message 1000\nmessage 1000\n");
+    console.clear();
+    EXPECT_TRUE(third.Start(host->Table()));
+    EXPECT_EQ(console, begin + "message 1000\n");
+    console.clear();
+    first.End();
+    first.AllLoaded();
+    EXPECT_EQ(console, "message 200000272\naction 3\n");
+}
+
 TEST(Settings, FollowTheUsersFolders)
 {
     Scratch scratch;
