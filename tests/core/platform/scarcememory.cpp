@@ -26,6 +26,11 @@ void* operator new(size_t size)
     throw std::bad_alloc();
 }
 
+void* operator new(size_t size, const std::nothrow_t&) noexcept
+{
+    return __wrap_malloc(size ? size : 1);
+}
+
 void operator delete(void* memory) noexcept
 {
     std::free(memory);
