@@ -10,6 +10,7 @@
 #include "descriptor.h"
 #include "filestatus.h"
 #include "localdate.h"
+#include "statusahead.h"
 
 namespace vx3::core {
 
@@ -41,6 +42,7 @@ private:
     size_t filled = 0;
     size_t at = 0;
     bool isSound = true;
+    StatusAhead ahead; // reads `folder`, `rights` and `buffer`, so it ends before them
 };
 
 } // namespace vx3::core

@@ -30,10 +30,13 @@ FolderWalk::FolderWalk(Descriptor open, const std::string& native, uint32_t walk
 
 bool FolderWalk::Refill()
 {
+    ahead.End();
     ssize_t got = getdents64(folder.Get(), buffer.get(), bufferSize);
     isSound = isSound && got >= 0;
     filled = got > 0 ? static_cast<size_t>(got) : 0;
     at = 0;
+    if (!fileSystem.isServed) // A server may never answer, and End would wait for it.
+        ahead.Start(folder.Get(), buffer.get(), filled, rights);
     return filled > 0;
 }
 
@@ -70,6 +73,9 @@ bool FolderWalk::Take(const struct dirent64& listed, VX3FolderEntry& entry)
 
 bool FolderWalk::Describe(const struct dirent64& listed, VX3FolderEntry& entry)
 {
+    const char* record = reinterpret_cast<const char*>(&listed);
+    if (ahead.Take(static_cast<size_t>(record - buffer.get()), entry))
+        return true;
     if (listed.d_type == DT_LNK)
         return DescribeLink(listed.d_name, entry);
     struct statx status;
