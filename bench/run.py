@@ -58,8 +58,6 @@ GOALS = [
     Goal("walk", "search_ms.202000", 1.6, BARE),
     Goal("walk", "search_known_ms.202000", 5, BARE),
     Goal("view", "sort_name_ms.100000", 0.1, COLLATOR, "collator_compare_ms.100000"),
-    Goal("view", "sort_type_ms.100000", 2, OURS, "sort_name_ms.100000", "vx3, by name"),
-    Goal("view", "sort_size_ms.100000", 13, OURS, "sort_size_ms.10000", "vx3, 10,000"),
     Goal("index", "crc_ns_per_byte", 1.1, CRC, "slice8_ns_per_byte", "slice by 8"),
     Goal("index", "hash_url_ns", 0.5, CRC, "bytewise_url_ns", "bytewise"),
     Goal("growth", "find_url_us.100000", 2, OURS, "find_url_us.1000", "vx3, 1,000"),
