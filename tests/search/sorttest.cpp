@@ -88,4 +88,28 @@ TEST_F(Sorting, NamesOfOneLetterTieToTheirEnds)
     ExpectInOrder(SortMode::Name);
 }
 
+TEST_F(Sorting, SpellingsOfOneNameAreInOrder)
+{
+    for (const std::string& name : { "sevenab", "eightabc", "nineabcde" }) {
+        const std::string folder = "/p of " + name;
+        for (size_t capitals = 0; capitals < 12; capitals++) {
+            std::string spelling = name;
+            for (size_t i = 0; i < 4; i++)
+                if (capitals >> i & 1)
+                    spelling[i] = static_cast<char>(spelling[i] - 'a' + 'A');
+            Disk().AddFile(folder + "/" + spelling, "", Day(1));
+        }
+        top = Top(folder);
+        ExpectInOrder(SortMode::Name);
+    }
+}
+
+TEST_F(Sorting, TimesOfOneDayGoBeforeNames)
+{
+    for (uint16_t i = 0; i < 5; i++)
+        Disk().AddFile("/p/" + std::string(1, static_cast<char>('e' - i)), "", Day(1, i));
+    top = Top("/p");
+    ExpectInOrder(SortMode::Modified);
+}
+
 } // namespace
