@@ -90,7 +90,7 @@ TEST_F(Sorting, NamesOfOneLetterTieToTheirEnds)
 
 TEST_F(Sorting, SpellingsOfOneNameAreInOrder)
 {
-    for (const std::string& name : { "sevenab", "eightabc", "nineabcde" }) {
+    for (const std::string name : { "sevenab", "eightabc", "nineabcde" }) {
         const std::string folder = "/p of " + name;
         for (size_t capitals = 0; capitals < 12; capitals++) {
             std::string spelling = name;
