@@ -107,7 +107,7 @@ TEST_F(Sorting, SpellingsOfOneNameAreInOrder)
 TEST_F(Sorting, TimesOfOneDayGoBeforeNames)
 {
     for (uint16_t i = 0; i < 5; i++)
-        Disk().AddFile("/p/" + std::string(1, static_cast<char>('e' - i)), "", Day(1, i));
+        Disk().AddFile("/p/" + std::string(1, static_cast<char>('e' - i)), "", Day(i % 2, i));
     top = Top("/p");
     ExpectInOrder(SortMode::Modified);
 }
