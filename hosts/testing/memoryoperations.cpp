@@ -78,6 +78,13 @@ bool CopyBytes(int64_t size, core::OperationProgress& progress, int64_t& used)
 }
 
 // Goes over a copy that is not in the tree yet as if it were made now.
+// As on a disk, a pipe is found before anything is copied.
+bool HoldsNothingSpecial(const TreeEntry& entry)
+{
+    return entry.kind != EntryKind::Special
+        && std::all_of(entry.children.begin(), entry.children.end(), [](const EntryRef& child) { return HoldsNothingSpecial(*child); });
+}
+
 bool CopyElements(TreeEntry& copy, core::OperationProgress& progress, int64_t& used)
 {
     const bool cannotBeRead = copy.isUnreadable || copy.kind == EntryKind::Special;
@@ -191,7 +198,7 @@ VX3Bool MemoryCopy(const VX3Path* from, const VX3Path* to, uint32_t, int64_t, VX
     core::OperationProgress progress(function, user);
     const EntryRef copy = CopyAside(from, to);
     int64_t used = 0;
-    const bool isDone = copy && CopyElements(*copy, progress, used) && PutCopy(copy, to);
+    const bool isDone = copy && HoldsNothingSpecial(*copy) && CopyElements(*copy, progress, used) && PutCopy(copy, to);
     if (!isDone)
         GiveBackBytes(used);
     if (cancelled)

@@ -69,9 +69,11 @@ TEST_F(MinimalModule, TellsTheRootsOfTheBrowserBesideIt)
     core::ModuleLoader browser;
     core::ModuleLoader module;
     ASSERT_TRUE(browser.Load(BROWSER_MODULE)) << browser.Error();
-    ASSERT_TRUE(browser.Start(host->Table())) << browser.Error();
     ASSERT_TRUE(module.Load(MINIMAL_MODULE)) << module.Error();
-    ASSERT_TRUE(module.Start(host->Table())) << module.Error();
+    ASSERT_TRUE(browser.Begin(host->Table())) << browser.Error();
+    ASSERT_TRUE(module.Begin(host->Table())) << module.Error();
+    module.AllLoaded(); // before the browser: whoever is told first finds the table
+    browser.AllLoaded();
     const Lines expected = { "file:/ holds " + std::to_string(CountListedVolumes(host->Table())),
                              "network:/ holds 0",
                              "preset:/ holds 1",

@@ -23,13 +23,12 @@ enum {
 enum { VX3_RESULT_OK = 1, VX3_RESULT_REFUSED = -1, VX3_RESULT_HOST_TOO_OLD = -3, VX3_ENTRY_VERSION = 5 };
 
 enum {
-    VX3_MESSAGE_BUILD = 0,         /* data: uint32_t*, receives the module's build number */
-    VX3_MESSAGE_RESOURCES = 1,     /* data: VX3ResourceRequest* */
-    VX3_MESSAGE_ALL_LOADED = 1000, /* all modules are up */
-    VX3_MESSAGE_RUN_TIMING = 1001084,
-    /* heeded and answered with -1; */ /* data: const uint32_t*, 0 at the start of the run */
-    VX3_MESSAGE_VOLUME = 1001190,      /* data: const VX3VolumeChange*, may be none */
-    VX3_MESSAGE_ENDING = 200000272     /* the host is ending */
+    VX3_MESSAGE_BUILD = 0,            /* data: uint32_t*, receives the module's build number */
+    VX3_MESSAGE_RESOURCES = 1,        /* data: VX3ResourceRequest* */
+    VX3_MESSAGE_ALL_LOADED = 1000,    /* all modules are up */
+    VX3_MESSAGE_RUN_TIMING = 1001084, /* heeded, and answered with -1; data: const uint32_t*, 0 at the start of the run */
+    VX3_MESSAGE_VOLUME = 1001190,     /* data: const VX3VolumeChange*, may be none */
+    VX3_MESSAGE_ENDING = 200000272    /* the host is ending */
 };
 
 /* Data of VX3_MESSAGE_RESOURCES: the host sets `pending`, and the module clears it once

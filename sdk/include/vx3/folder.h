@@ -36,7 +36,7 @@ typedef struct VX3FolderEntry {
 } VX3FolderEntry;
 
 /* A bit of VX3FolderServices.remove: never into the trash, for files of the caller's own. */
-enum { VX3_REMOVE_FOR_GOOD = 0x10000 };
+#define VX3_REMOVE_FOR_GOOD 0x10000u
 
 /* Bits of VX3FolderServices.startWalk: hidden and read-only entries are left out unless
  * these are set. */
@@ -77,19 +77,22 @@ typedef struct VX3FolderServices {
      * target and renames at the end. `bits` are 0x1 folder and 0x4 bundle as the
      * caller knows them, `size` the bytes of a file. Progress is called in mode 2
      * with count 1 at each element and count 0 for the bytes in between. Links below a
-     * folder are copied as links. Fails if the
+     * folder are copied as links; a pipe, socket or device below it fails the copy
+     * before anything is written. Fails if the
      * target exists, lies inside the source or the callback cancels, and then nothing
      * is left behind. `cancelled` may be none. [any-thread] [may-block] */
     VX3Bool (*copy)(const VX3Path* from, const VX3Path* to, uint32_t bits, int64_t size, VX3ProgressFunction progress, void* user,
                     VX3Bool* cancelled);
     /* Deletes a file, or a folder with all below it: into the desktop's trash where
      * the host is set to and the bits do not say VX3_REMOVE_FOR_GOOD, else for good.
-     * Refuses a mount point. Stops at the first
+     * Refuses a mount point. What lies in the trash goes for good; the trash itself, and
+     * folders with a mount in them, do not go into it. Stops at the first
      * failure. `cancelled` may be none. [any-thread] [may-block] */
     VX3Bool (*remove)(const VX3Path* path, uint32_t bits, int64_t size, VX3ProgressFunction progress, void* user, VX3Bool* cancelled);
-    /* 1 if both lie on one volume; of a path that does not exist its directory
-     * counts. [any-thread] [may-block] */
-    VX3Bool (*sameVolume)(const VX3Path* a, const VX3Path* b);
+    /* 1 if a move of `moved` into the folder `target` stays on one volume. A target that
+     * is a link to a folder is followed, the moved thing is not; of a path that does not
+     * exist its directory counts. [any-thread] [may-block] */
+    VX3Bool (*sameVolume)(const VX3Path* target, const VX3Path* moved);
     /* 1 if the volume answers. No error box appears meanwhile, and the call may take
      * seconds: never under a lock. [any-thread] [may-block] */
     VX3Bool (*probeVolume)(const VX3Path* path);

@@ -103,7 +103,7 @@ void DeleteTempFolder()
     GetTempFolder(folder);
     GetCacheFolder(CreateFolders::No, cache);
     bool isOurs = !folder.IsEmpty() && !cache.IsEmpty() && folder.Directory() == cache;
-    constexpr uint32_t bits = uint32_t(VX3_ENTRY_FOLDER) | uint32_t(VX3_REMOVE_FOR_GOOD);
+    constexpr uint32_t bits = uint32_t(VX3_ENTRY_FOLDER) | VX3_REMOVE_FOR_GOOD;
     if (isOurs && Exists(folder))
         (void)host->folder->remove(folder.Value(), bits, 0, nullptr, nullptr, nullptr);
 }
