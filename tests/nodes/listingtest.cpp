@@ -3,7 +3,9 @@
 #include "support/nodefixture.h"
 
 #include "model/upcalls.h"
+#include "model/urlresolver.h"
 #include "nodes/volumelist.h"
+#include "plugins/registryorder.h"
 
 using namespace browser;
 using namespace vx3::tests;
@@ -214,6 +216,38 @@ TEST_F(Listing, HardNamesAreTheirOwnEntries)
     EXPECT_EQ(given.GetHash(), url.GetHash()) << "the hash of a listing is that of the text";
 }
 
+// A known plugin stays although the file changes; one that was found missing is asked for anew.
+TEST_F(Listing, PluginsAreKeptAsTold)
+{
+    ASSERT_TRUE(CreatePluginRegistry());
+    RegisterAllPlugins();
+    const std::string png = std::string("\x89PNG\r\n\x1A\n") + std::string(40, '\0');
+    Disk().AddFile("/p/b.png", png, Day(2));
+    (void)Names(*top);
+    DirectoryRef a = Child(*top, "a.tif"), b = Child(*top, "b.png"), sub = Child(*top, "sub");
+    BrowserPluginInterface* image = FindPluginById(1018021);
+    EXPECT_EQ(a->GetPlugin(PLUGIN_QUICK_TEST), image);
+    EXPECT_TRUE(a->HasFlags(Attribute::quickPlugin));
+    EXPECT_EQ(a->GetPlugin(0), nullptr) << "the bytes are no picture";
+    EXPECT_TRUE(a->HasFlags(Attribute::noPlugin));
+    EXPECT_EQ(a->GetPlugin(PLUGIN_QUICK_TEST), nullptr) << "what was read counts from then on";
+    EXPECT_EQ(b->GetPlugin(0), image);
+    EXPECT_FALSE(b->HasFlags(Attribute::quickPlugin));
+    EXPECT_EQ(sub->GetPlugin(0), knownPlugins.folder);
+
+    Disk().AddFile("/p/a.tif", png, Day(8));
+    Disk().AddFile("/p/b.png", "text now", Day(8));
+    Touch(9);
+    top->Populate();
+    const int64_t opened = Disk().CountOf(Asked::Open);
+    EXPECT_EQ(b->GetPlugin(0), image) << "a known plugin is kept";
+    EXPECT_EQ(Disk().CountOf(Asked::Open), opened);
+    EXPECT_EQ(a->GetAttributes(nullptr) & (Attribute::noPlugin | Attribute::quickPlugin), 0u);
+    EXPECT_EQ(a->GetPlugin(0), image) << "the changed file is identified again";
+    FreeAllPlugins();
+    FreePluginRegistry();
+}
+
 // Whatever call fails, the tree agrees with itself, and the next listing is whole.
 TEST_F(Listing, SurvivesEveryFailure)
 {
@@ -256,13 +290,24 @@ TEST_F(Volumes, ComeAndGoWithTheirNodes)
     usb = DirectoryRef(AsDirectory(ContentOf(last)));
     EXPECT_EQ(usb->GetAttributes(nullptr), 0x60001u);
     EXPECT_FALSE(ListVolumes(*computer));
+    // Where volumes lie in each other, a name's end decides which one a place is on.
+    Disk().AddFile("/media/usb2/x.tif", "x", Day(1));
+    Disk().AddFile("/media/usb/y.tif", "y", Day(1));
+    for (const char* place : { "/media/usb2/x.tif", "/media/usb/y.tif", "/media/usb2", "/" }) {
+        BrowserURL url(PathOf(place));
+        ContentRef found;
+        FindNodeByUrl(url, FindPlain, ContentRef(), found);
+        ASSERT_TRUE(found) << place;
+        EXPECT_EQ(NativeOf(AsDirectory(found.Get())->GetPath()), place);
+    }
     EXPECT_EQ(usb->Delete(ChangeMode::Ask, {}), Error::deletion);
     EXPECT_EQ(usb->Delete(ChangeMode::Do, {}), Error::deletion) << "a mount is never deleted";
     Disk().FailProbe("/media/usb");
     Disk().AddFile("/media/usb/x", "x", Day(1));
-    EXPECT_EQ(Names(*usb), Strings{}) << "a silent volume is not listed";
+    usb->MarkDirty();
+    EXPECT_EQ(Names(*usb), Strings{ "y.tif" }) << "a silent volume keeps what it had";
     Disk().FailProbe("/media/usb", false);
-    EXPECT_EQ(Names(*usb), Strings{ "x" });
+    EXPECT_EQ(Names(*usb), (Strings{ "y.tif", "x" }));
     upcalls = {};
     ForgetCategoryListings();
     usb = DirectoryRef();

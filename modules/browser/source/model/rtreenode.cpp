@@ -85,24 +85,25 @@ RTreeNode::~RTreeNode()
     Destroy(index);
 }
 
-void RTreeNode::GetFirstChildLinked(NodeRef& out)
+// What `out` held is given back outside the lock, since it may delete a node.
+void RTreeNode::CopyLink(NodeRef RTreeNode::*link, NodeRef& out)
 {
-    NodeRef child;
+    NodeRef copy;
     {
         LinkGuard guard(lock);
-        child = firstChild;
+        copy = this->*link;
     }
-    out = std::move(child);
+    out = std::move(copy);
+}
+
+void RTreeNode::GetFirstChildLinked(NodeRef& out)
+{
+    CopyLink(&RTreeNode::firstChild, out);
 }
 
 void RTreeNode::GetLastChildLinked(NodeRef& out)
 {
-    NodeRef child;
-    {
-        LinkGuard guard(lock);
-        child = lastChild;
-    }
-    out = std::move(child);
+    CopyLink(&RTreeNode::lastChild, out);
 }
 
 // Links between siblings change under the parent's lock, so that one is enough.
@@ -131,32 +132,18 @@ void RTreeNode::GetLastChild(NodeRef& out)
 void RTreeNode::GetParent(NodeRef& out)
 {
     NodeRef above;
-    {
-        LinkGuard guard(lock);
-        if (parent.Get() != GetTree())
-            above = parent;
-    }
-    out = std::move(above);
+    CopyLink(&RTreeNode::parent, above);
+    out = above.Get() == GetTree() ? NodeRef() : std::move(above);
 }
 
 void RTreeNode::GetNext(NodeRef& out)
 {
-    NodeRef sibling;
-    {
-        LinkGuard guard(lock);
-        sibling = next;
-    }
-    out = std::move(sibling);
+    CopyLink(&RTreeNode::next, out);
 }
 
 void RTreeNode::GetPrev(NodeRef& out)
 {
-    NodeRef sibling;
-    {
-        LinkGuard guard(lock);
-        sibling = prev;
-    }
-    out = std::move(sibling);
+    CopyLink(&RTreeNode::prev, out);
 }
 
 void RTreeNode::GetFirstChildLocked(NodeRef& out)

@@ -110,6 +110,7 @@ private:
     void BuildIndex(size_t expected) CB_UNCHECKED; // with room for so many children
     void DropIndex() CB_UNCHECKED;
 
+    void CopyLink(NodeRef RTreeNode::*link, NodeRef& out) CB_UNCHECKED; // a link is named by its field
     void SpreadTree();
     bool TakeTree(RTree* own);
     void AdoptTree(RTree* own) CB_UNCHECKED;
