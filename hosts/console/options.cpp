@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "outcome.h"
+
 namespace vx3::console {
 
 namespace {
@@ -116,12 +118,12 @@ std::string CheckValue(const OptionRow& row, const std::string& value)
     if (value.empty())
         return name + " needs a value: " + row.value;
     if (row.option == Option::Depth && !IsNumber(value))
-        return name + " needs a whole number, not '" + value + "'";
+        return name + " needs a whole number, not " + Quoted(value);
     if (!*row.choices)
         return {};
     std::vector<std::string> choices = SplitChoices(row.choices);
     if (std::find(choices.begin(), choices.end(), value) == choices.end())
-        return name + " is one of " + row.choices + ", not '" + value + "'";
+        return name + " is one of " + row.choices + ", not " + Quoted(value);
     return {};
 }
 
@@ -130,12 +132,13 @@ std::string ParseOption(const std::vector<std::string>& words, size_t& index, Co
 {
     const std::string& word = words[index];
     size_t equals = word.find('=');
-    const OptionRow* row = word == "-h" ? FindOption("help") : FindOption(word.substr(2, equals - 2));
+    bool isLong = word.compare(0, 2, "--") == 0; // a letter is not to be taken for a hyphen: `-yyes` is no `--yes`
+    const OptionRow* row = word == "-h" ? FindOption("help") : isLong ? FindOption(word.substr(2, equals - 2)) : nullptr;
     if (!row)
-        return "unknown option '" + word + "'";
+        return "unknown option " + Quoted(word);
     if (row->takes == Takes::Nothing) {
         if (equals != std::string::npos)
-            return "'" + word.substr(0, equals) + "' takes no value";
+            return Quoted(word.substr(0, equals)) + " takes no value";
         command.options[row->option] = "";
         return {};
     }
@@ -156,7 +159,7 @@ std::string TakeWord(const std::string& word, Command& command)
     }
     const VerbRow* row = FindVerb(word);
     if (!row)
-        return "unknown verb '" + word + "'";
+        return "unknown verb " + Quoted(word);
     command.verb = row->verb;
     return {};
 }

@@ -169,14 +169,16 @@ class Listing(Case):
         self.assertIn(b"could not be written", result.stderr)
 
     def test_usage(self):
-        cases = [[], ["nope"], ["ls", "--nope"], ["ls", "-x"], ["stat"], ["ls", ""], ["rename", "a"], ["tree", "a", "b"], ["ls", "--sort", "odd"],
-                 ["ls", "--sort"], ["tree", "--depth", "-1"], ["mkdir", "--json", "x"], ["ls", "--json=1"], ["prefs", "get"], ["prefs", "odd", "1"]]
+        cases = [[], ["nope"], ["ls", "--nope"], ["ls", "-x"], ["ls", "-xjson"], ["delete", "-yyes", "x"], ["stat"], ["ls", ""], ["rename", "a"], ["tree", "a", "b"], ["ls", "--sort", "odd"],
+                 ["ls", "--sort"], ["tree", "--depth", "-1"], ["mkdir", "--json", "x"], ["ls", "--json=1"], ["prefs", "get"], ["prefs", "odd", "1"], ["\033[31m"],
+                 ["ls", "--\033[31m"], ["ls", "--\033[31m=x"], ["ls", "--sort", "\033[31m"], ["tree", "--depth", "\033[31m"]]
         for words in cases:
             with self.subTest(words=words):
                 result = subprocess.run([PROGRAM, *words], capture_output=True, timeout=SECONDS, cwd=self.top,
                                         env={**os.environ, "XDG_DATA_HOME": self.profile, "XDG_CONFIG_HOME": self.profile})
                 self.assertEqual((result.returncode, result.stdout), (USAGE, b""))
                 self.assertTrue(result.stderr.startswith(b"vx3: "), result.stderr)
+                self.assertNotIn(b"\033", result.stderr, "an argument cannot speak to the terminal")
 
 
 if __name__ == "__main__":
