@@ -22,8 +22,8 @@ struct Work {
     std::string verb;    // "copy"
     std::string subject; // as the user named it
     Operation run;
-    std::string reason;                  // what is known to be in the way, if the node refuses
-    uint32_t nameError = VX3_ERROR_NONE; // what the node will say to a new name; asked without doing, it looks at no name
+    std::string reason;                   // what is known to be in the way, if the node refuses
+    uint32_t knownError = VX3_ERROR_NONE; // what the node will say then; asked without doing, it looks at neither names nor the disk
 };
 
 Exit ExitOf(uint32_t code)
@@ -82,8 +82,8 @@ void Perform(const Command& command, const Work& work, Outcome& outcome)
         return outcome.Fail(FailureOf(work, code, "refused"));
     Amount total;
     bool isDry = command.Has(Option::DryRun);
-    if (isDry && work.nameError)
-        return outcome.Fail(FailureOf(work, work.nameError, "refused"));
+    if (isDry && work.knownError)
+        return outcome.Fail(FailureOf(work, work.knownError, "refused"));
     if (isDry || IsOnTerminal())
         if (uint32_t code = Count(work, total))
             return outcome.Fail(FailureOf(work, code, "could not be counted"));
@@ -133,6 +133,14 @@ std::string ReadOnlyReason(const VX3Browser& browser, const NodeHandle& node, co
     return AttributesOf(browser, node) & VX3_NODE_READONLY ? std::string(what) + " is read-only" : std::string();
 }
 
+// A name is an entry of the folder around it: who may not write that folder can take no name away.
+std::string FixedNameReason(const VX3Browser& browser, const NodeHandle& node)
+{
+    NodeHandle folder = ParentOf(browser, node);
+    bool isVolume = (AttributesOf(browser, node) & VX3_NODE_VOLUME) != 0;
+    return folder && !isVolume ? ReadOnlyReason(browser, folder, "the folder around it") : std::string();
+}
+
 void MakeFolder(const Command& command, const Session& session, const std::string& argument, Outcome& outcome)
 {
     const VX3Browser& browser = session.Browser();
@@ -156,7 +164,7 @@ void MakeFolder(const Command& command, const Session& session, const std::strin
             progress(user, mode, 1, 0, 0);
         return browser.nodes->createFolder(folder.Get(), mode, name.Get(), nullptr);
     };
-    Perform(command, { "mkdir", argument, run, reason, isName ? VX3_ERROR_NONE : VX3_ERROR_NEW_FOLDER }, outcome);
+    Perform(command, { "mkdir", argument, run, reason, reason.empty() ? VX3_ERROR_NONE : VX3_ERROR_NEW_FOLDER }, outcome);
 }
 
 // One transfer of an item into a folder; an empty name keeps the item's own.
@@ -181,6 +189,8 @@ std::string TransferReason(const Session& session, Place& source, const NodeHand
         return "it is a volume";
     if (reason.empty() && isMove)
         reason = ReadOnlyReason(browser, node, "it");
+    if (reason.empty() && isMove)
+        reason = FixedNameReason(browser, node);
     bool isFar = isMove && !from.empty() && !to.empty() && !session.Host().folder->sameVolume(core::Path(from).Get(), core::Path(to).Get());
     return reason.empty() && isFar ? "the target is on another volume; copy and delete it instead" : reason;
 }
@@ -213,7 +223,8 @@ void TransferOne(const Command& command, const Session& session, const std::stri
     }
     Operation run = TransferOperation(session, node, transfer, name);
     std::string reason = isName ? TransferReason(session, source, node, transfer) : NameReason(name);
-    Perform(command, { transfer.verb, argument, run, reason, isName ? VX3_ERROR_NONE : VX3_ERROR_COPY }, outcome);
+    uint32_t known = std::string(transfer.verb) == "move" ? VX3_ERROR_MOVE_FAILED : VX3_ERROR_COPY;
+    Perform(command, { transfer.verb, argument, run, reason, reason.empty() ? VX3_ERROR_NONE : known }, outcome);
 }
 
 // Finds the folder that the last argument means. Of a copy it may be a new name.
@@ -281,7 +292,10 @@ void DeleteOne(const Command& command, const Session& session, const std::string
     Operation run = [&](int32_t mode, VX3ProgressFunction progress, void* user) {
         return browser.nodes->deleteContent(node.Get(), mode, progress, user);
     };
-    Work work = { "delete", argument, run, isVolume ? "it is a volume" : ReadOnlyReason(browser, node, "it"), VX3_ERROR_NONE };
+    std::string reason = isVolume ? "it is a volume" : ReadOnlyReason(browser, node, "it");
+    if (reason.empty())
+        reason = FixedNameReason(browser, node);
+    Work work = { "delete", argument, run, reason, reason.empty() ? VX3_ERROR_NONE : VX3_ERROR_DELETE };
     bool needsNoAnswer = command.Has(Option::Yes) || command.Has(Option::DryRun) || run(VX3_MODE_ASK, nullptr, nullptr);
     if (!needsNoAnswer && !UserAgrees(command, work))
         return outcome.Fail({ Exit::Cancelled, "delete " + Quoted(argument) + ": left as it is" });
@@ -316,12 +330,14 @@ int RunRename(const Command& command, Session& session)
         return outcome.Code();
     }
     std::string reason = isName ? ReadOnlyReason(browser, node, "it") : NameReason(name);
+    if (reason.empty())
+        reason = FixedNameReason(browser, node);
     Operation run = [&](int32_t mode, VX3ProgressFunction progress, void* user) {
         if (mode == VX3_MODE_COUNT && progress)
             progress(user, mode, 1, 0, 0);
         return browser.nodes->rename(node.Get(), mode, name.Get());
     };
-    Perform(command, { "rename", argument, run, reason, isName ? VX3_ERROR_NONE : VX3_ERROR_RENAME }, outcome);
+    Perform(command, { "rename", argument, run, reason, reason.empty() ? VX3_ERROR_NONE : VX3_ERROR_RENAME }, outcome);
     return outcome.Code();
 }
 

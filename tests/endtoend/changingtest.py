@@ -115,6 +115,12 @@ class Changing(Case):
         for words in (["mkdir", "other/x"], ["copy", "shelf", "other"], ["move", "shelf", "other"]):
             with self.subTest(words=words):
                 self.expect_unchanged(REFUSED, words, "read-only", **user)
+        os.chmod(self.path("shelf"), 0o500)
+        for words in (["rename", "shelf/note.txt", "x"], ["move", "shelf/note.txt", "."], ["delete", "shelf/note.txt"], ["mkdir", "shelf/x"]):
+            for option in ("--dry-run", "--yes" if words[0] == "delete" else "--"):
+                with self.subTest(words=words, option=option):
+                    self.expect_unchanged(REFUSED, [words[0], option, *words[1:]], "the folder around it is read-only", **user)
+        os.chmod(self.path("shelf"), 0o700)
         os.chmod(self.path("shelf", "note.txt"), 0)
         self.expect_unchanged(REFUSED, ["copy", "shelf", "copied"], "nothing was left behind", **user)
 
