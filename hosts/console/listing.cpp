@@ -114,7 +114,7 @@ public:
         , session(newSession)
         , output(newOutput)
         , outcome(newOutcome)
-        , deepest(std::min(deepestLevel, std::stoi(newCommand.Value(Option::Depth, std::to_string(deepestLevel)))))
+        , wanted(std::stoi(newCommand.Value(Option::Depth, std::to_string(INT_MAX))))
         , withColour(WantsColour())
     {
     }
@@ -158,8 +158,12 @@ private:
         else
             std::printf("%s%s\n", branch.c_str(), ColouredName(entry, withColour).c_str());
         bool isGone = (entry.attributes & VX3_NODE_REMOVED) != 0;
-        if (isHolder && !isGone && level < deepest && !IsSecondVolume(node, entry.attributes))
+        if (!isHolder || isGone || IsSecondVolume(node, entry.attributes))
+            return;
+        if (level < std::min(wanted, deepestLevel))
             DrawChildren(node, indent, level + 1);
+        else if (level < wanted && !SortedChildrenOf(session.Browser(), node, VX3_SORT_NONE, false).empty())
+            outcome.Fail({ Exit::Refused, "the folders below level " + std::to_string(deepestLevel) + " are not drawn" });
     }
 
     void DrawChildren(const NodeHandle& node, const std::string& indent, int32_t level)
@@ -184,7 +188,7 @@ private:
     const Session& session;
     EntryOutput& output;
     Outcome& outcome;
-    int32_t deepest;
+    int32_t wanted; // levels
     bool withColour;
     bool startsAtComputer = false;
     std::vector<Url> volumes;

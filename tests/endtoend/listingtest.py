@@ -162,6 +162,19 @@ class Listing(Case):
         self.expect(REFUSED, ["stat", "locked/x"], "cannot be read", **user)
         self.expect(SOME_FAILED, ["tree"], "cannot be read", **user)
 
+    def test_a_tree_that_is_not_drawn_to_its_end_says_so(self):
+        top = os.open(self.folder("deep"), os.O_RDONLY)
+        for level in range(600):
+            os.mkdir("a", dir_fd=top)
+            below = os.open("a", os.O_RDONLY, dir_fd=top)
+            os.close(top)
+            top = below
+        os.close(top)
+        for options in ([], ["--depth", "550"]):
+            self.expect(SOME_FAILED, ["tree", "deep", *options], "the folders below level 512 are not drawn")
+        self.expect(DONE, ["tree", "deep", "--depth", "512"], "513 folders")
+        self.expect(DONE, ["tree", "deep" + 88 * "/a"], "513 folders")
+
     def test_a_full_output_is_an_error(self):
         with open("/dev/full", "wb") as full:
             result = subprocess.run([PROGRAM, "roots", "--profile", self.profile], stdout=full, stderr=subprocess.PIPE, timeout=SECONDS)
