@@ -50,11 +50,21 @@ std::string BashValues()
         if (*row.choices)
             script += option + "COMPREPLY=($(compgen -W '" + Words(row.choices) + "' -- \"$word\")); return ;;\n";
         else if (row.takes == Takes::Folder || row.takes == Takes::File)
-            script += option + "COMPREPLY=($(compgen " + (row.takes == Takes::Folder ? "-d" : "-f") + " -- \"$word\")); return ;;\n";
+            script += option + "_vx3_files " + (row.takes == Takes::Folder ? "-d" : "-f") + "; return ;;\n";
         else if (row.takes == Takes::Word)
             script += option + "return ;;\n";
     }
     return script;
+}
+
+// The options behind which a word is a value and no verb.
+std::string OptionsWithValues()
+{
+    std::string names;
+    for (const OptionRow& row : OptionTable())
+        if (row.takes != Takes::Nothing)
+            ((names += names.empty() ? "" : "|") += "--") += row.name;
+    return names;
 }
 
 std::string BashVerbs()
@@ -71,15 +81,25 @@ std::string BashVerbs()
 std::string BashScript()
 {
     return "# Completion of vx3 for bash.\n"
+           "_vx3_files()\n"
+           "{\n"
+           "    local IFS=$'\\n'\n"
+           "    compopt -o filenames 2>/dev/null\n"
+           "    COMPREPLY=($(compgen \"$1\" -- \"$word\"))\n"
+           "}\n"
            "_vx3()\n"
            "{\n"
            "    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} verb= options= words= places= index\n"
            "    COMPREPLY=()\n"
+           "    [[ $before == = ]] && before=${COMP_WORDS[COMP_CWORD-2]}\n"
            "    case $before in\n"
         + BashValues()
         + "    esac\n"
           "    for ((index = 1; index < COMP_CWORD; ++index)); do\n"
           "        case ${COMP_WORDS[index]} in\n"
+          "            "
+        + OptionsWithValues()
+        + ") [[ ${COMP_WORDS[index+1]} == = ]] && ((++index)); ((++index)) ;;\n"
           "            -*) ;;\n"
           "            *) verb=${COMP_WORDS[index]}; break ;;\n"
           "        esac\n"
@@ -91,9 +111,7 @@ std::string BashScript()
           "    if [[ $word == -* ]]; then\n"
           "        COMPREPLY=($(compgen -W \"$options\" -- \"$word\"))\n"
           "    elif [[ -n $places ]]; then\n"
-          "        compopt -o filenames 2>/dev/null\n"
-          "        local IFS=$'\\n'\n"
-          "        COMPREPLY=($(compgen -f -- \"$word\"))\n"
+          "        _vx3_files -f\n"
           "    else\n"
           "        COMPREPLY=($(compgen -W \"$words\" -- \"$word\"))\n"
           "    fi\n"

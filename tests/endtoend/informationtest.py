@@ -5,6 +5,7 @@ import re
 import shutil
 import struct
 import subprocess
+import tempfile
 import unittest
 
 from case import DAMAGED, DONE, NOT_FOUND, PROGRAM, REFUSED, SECONDS, Case
@@ -120,11 +121,23 @@ class Words(unittest.TestCase):
         if not shutil.which("bash"):
             self.skipTest("no bash")
         cases = {"vx3 sel": "selfcheck", "vx3 ls --so": "--sort", "vx3 ls --sort mod": "modified", "vx3 prefs g": "get",
-                 "vx3 ls /us": "/usr", "vx3 tree --json --de": "--depth", "vx3 help st": "stat"}
+                 "vx3 ls /us": "/usr", "vx3 tree --json --de": "--depth", "vx3 help st": "stat",
+                 "vx3 --lang de sel": "selfcheck", "vx3 ls --sort = mod": "modified", "vx3 --lang = de sel": "selfcheck",
+                 "vx3 --profile /tmp tree --de": "--depth"}
         for line, expected in cases.items():
             script = output_of("completion", "bash").decode() + 'COMP_WORDS=(%s)\nCOMP_CWORD=$((${#COMP_WORDS[@]}-1))\n_vx3\n' % line
             result = subprocess.run(["bash", "-c", script + 'printf "%s\\n" "${COMPREPLY[@]}"'], capture_output=True, timeout=SECONDS)
             self.assertEqual(result.stdout.decode(), expected + "\n", line)
+
+    def test_bash_completes_names_with_spaces(self):
+        if not shutil.which("bash"):
+            self.skipTest("no bash")
+        with tempfile.TemporaryDirectory() as top:
+            os.mkdir(os.path.join(top, "two words"))
+            for line in ("vx3 ls tw", "vx3 ls --profile tw", "vx3 icons --sheet tw"):
+                script = output_of("completion", "bash").decode() + 'COMP_WORDS=(%s)\nCOMP_CWORD=$((${#COMP_WORDS[@]}-1))\n_vx3\n' % line
+                result = subprocess.run(["bash", "-c", script + 'printf "%s\n" "${COMPREPLY[@]}"'], capture_output=True, timeout=SECONDS, cwd=top)
+                self.assertEqual(result.stdout.decode(), "two words\n", line)
 
 
 if __name__ == "__main__":
