@@ -67,6 +67,8 @@ public:
     bool HasExtension(const String& suffix);
     void GetExtension(String& out); // in lower case
     bool HasContent() const;
+    // The name of a file whose text nobody has asked for yet; false for other values.
+    bool GetFileName(String& out) const { return (flags & (pathValid | textCanonical)) == pathValid && path.GetLast(out); }
 
     // Hash and length of the address of a file, without its text being kept. False
     // without memory.

@@ -17,7 +17,8 @@ Units ExtensionOf(Units text)
 
 LowerExtension::LowerExtension(BrowserURL& url)
 {
-    Units extension = ExtensionOf(url.GetText().View());
+    String name;
+    Units extension = ExtensionOf(url.GetFileName(name) ? name.View() : url.GetText().View());
     if (extension.empty() || extension.size() > capacity)
         return;
     length = extension.size();
