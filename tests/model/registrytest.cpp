@@ -96,6 +96,7 @@ TEST_F(Registry, KeepsItsOrderThroughChanges)
     EXPECT_EQ(GetPluginByIndex(0), &silent);
     EXPECT_EQ(Find(BrowserURL("preset://x/a.tif"), PluginTest::Quick), &late);
     EXPECT_FALSE(RegisterPlugin(nullptr, MatchFiles::Yes));
+    EXPECT_FALSE(RegisterPlugin(&late, MatchFiles::Yes)) << "twice";
 }
 
 } // namespace

@@ -182,6 +182,8 @@ TEST_F(Resolver, NothingIsAttachedBelowWhatWasRemoved)
     gone->Remove();
     EXPECT_TRUE(gone->IsRemoved());
     EXPECT_FALSE(late->AttachTo(*gone));
+    EXPECT_FALSE(gone->AttachTo(*presets)) << "what was removed stays so";
+    EXPECT_FALSE(presets->AttachTo(*presets)) << "below itself";
 }
 
 TEST_F(Resolver, ReorderingPutsTheGivenOnesFirst)
@@ -198,6 +200,8 @@ TEST_F(Resolver, ReorderingPutsTheGivenOnesFirst)
     for (presets->GetFirstChild(child); child; child->GetNext(child))
         names += Utf8(static_cast<UrlNode*>(child.Get())->url.GetText()).back();
     EXPECT_EQ(names, "dbac");
+    BrowserContentNode* twice[] = { nodes[1].Get(), nodes[1].Get() };
+    EXPECT_FALSE(ReorderChildren(0, twice, 2));
     BrowserContentNode* strangers[] = { nodes[0].Get(), computer.Get() };
     EXPECT_FALSE(ReorderChildren(0, strangers, 2));
 }

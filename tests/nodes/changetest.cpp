@@ -175,6 +175,20 @@ TEST_F(Change, AMoveKeepsTheNode)
     EXPECT_EQ(Names(*a), Strings{ "one.tif" });
 }
 
+// Neither folder is read again for each of many files.
+TEST_F(Change, ManyMovesListNothing)
+{
+    DirectoryRef file = Child(*a, "one.tif"), three = Child(*b, "three.tif");
+    (void)Names(*top);
+    const int64_t walks = Disk().CountOf(vx3::testing::Asked::Walk);
+    for (int i = 0; i < 10; i++) {
+        DirectoryRef target = i % 2 ? b : a;
+        ASSERT_EQ(target->MoveInto(three, ChangeMode::Do, {}), Error::none);
+        EXPECT_EQ(Child(*target, "three.tif").Get(), three.Get());
+    }
+    EXPECT_EQ(Disk().CountOf(vx3::testing::Asked::Walk), walks);
+}
+
 TEST_F(Change, AFailedMoveChangesNothing)
 {
     DirectoryRef one = Child(*a, "one.tif");

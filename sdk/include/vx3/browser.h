@@ -101,7 +101,8 @@ typedef struct VX3TreeFunctions {
     void (*findNodeByUrl)(VX3Url* url, int32_t mode, VX3Node* start, VX3Node** node);
     /* The node of a "network:/" URL, or none. [any-thread] [may-block] */
     void (*findNetworkNode)(VX3Url* url, VX3Node** node);
-    /* Puts a node, consumed, below the root of an index. [gui-thread] */
+    /* Puts a node, consumed, below the root of an index; one that hangs elsewhere leaves
+     * its place. 0 for a node that was removed. [gui-thread] */
     VX3Bool (*attachToRoot)(VX3Node* node, int32_t index);
     /* Puts children of one parent behind each other in this order. The nodes are
      * borrowed until the call returns; `reserved` is 0. [any-thread] [may-block] */
@@ -151,6 +152,7 @@ typedef struct VX3ItemFunctions {
 
 /* 5: plugins for content types, in a fixed order that decides who is asked first. */
 typedef struct VX3PluginFunctions {
+    /* 0 without memory, and for a plugin that is registered already. */
     VX3Bool (*registerPlugin)(VX3Plugin* plugin, VX3Bool matchFiles); /* [any-thread] */
     void (*unregisterPlugin)(VX3Plugin* plugin);                      /* [any-thread] */
     int32_t (*count)(void);                                           /* [any-thread] */

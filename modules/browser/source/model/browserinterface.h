@@ -71,10 +71,11 @@ public:
     bool HasFlags(uint32_t anyOf) const { return (Flags() & anyOf) != 0; }
     uint32_t Flags() const { return flags.load(std::memory_order_acquire); }
 
-    // Attaches as last child; false below a parent that has been removed, and below itself.
+    // Attaches as last child; false below a parent that has been removed, below itself, and
+    // for a node that has been removed.
     [[nodiscard]] bool AttachTo(BrowserContentNode& newParent)
     {
-        return !newParent.IsAtOrBelow(*this) && InsertLastIf(&newParent, IsAlive);
+        return !IsRemoved() && !newParent.IsAtOrBelow(*this) && InsertLastIf(&newParent, IsAlive);
     }
     // Moves a child of `ownParent` behind its siblings.
     [[nodiscard]] bool MoveBehindSiblings(BrowserContentNode& ownParent) { return MoveToEnd(&ownParent, IsAlive); }

@@ -91,6 +91,8 @@ bool CollectOrder(BrowserContentNode& parent, BrowserContentNode* const* nodes, 
         if (!order.Append(NodeRef(nodes[i])) || !given.Append(nodes[i]))
             return false;
     std::sort(given.begin(), given.end());
+    if (std::adjacent_find(given.begin(), given.end()) != given.end())
+        return false; // One node cannot stand in two places.
     if (!parent.CollectChildren(children))
         return false;
     for (NodeRef& child : children)

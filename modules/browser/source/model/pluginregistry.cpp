@@ -89,6 +89,9 @@ bool RegisterPlugin(BrowserPluginInterface* plugin, MatchFiles matchFiles)
     if (!plugin || !registry)
         return false;
     LockGuard guard(registry->lock, LockRank::Registry);
+    for (const Entry& entry : registry->entries)
+        if (entry.plugin == plugin)
+            return false;
     return registry->entries.Append({ plugin, matchFiles });
 }
 

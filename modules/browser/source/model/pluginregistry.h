@@ -11,6 +11,7 @@ namespace browser {
 enum class PluginTest : bool { Quick, Deep }; // by the URL alone, or by the head of the content
 enum class MatchFiles : bool { No, Yes };     // does the plugin take part in finding the type of a file?
 
+// False without memory, without a plugin, and for one that is registered already.
 [[nodiscard]] bool RegisterPlugin(BrowserPluginInterface* plugin, MatchFiles matchFiles);
 void UnregisterPlugin(BrowserPluginInterface* plugin);
 int32_t GetPluginCount();

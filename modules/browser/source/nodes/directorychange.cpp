@@ -214,11 +214,10 @@ bool DirectoryNode::MoveOnDisk(Relocation& change, DirectoryNode& child, Directo
     if (IsRemoved() || child.IsRemoved() || !host->folder->move(change.oldPath.Value(), change.address.path.Value()))
         return false;
     child.SetAddress(std::move(change.address));
+    // Both folders know of the change, so neither is marked: to list them again for each of
+    // 10,000 files that move would cost a square of them.
     if (!child.AttachTo(*this))
         child.Remove();
-    MarkDirty();
-    if (oldParent)
-        oldParent->MarkDirty();
     return true;
 }
 
