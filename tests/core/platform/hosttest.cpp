@@ -262,7 +262,7 @@ TEST(Volumes, TheTableOfMountsAsItIsWritten)
                               "a line that is cut\n"
                               "30 22 0:44 / /mnt/pool rw - zfs tank/data rw\n"
                               "31 22 0:45 / /mnt/merged rw - fuse.mergerfs a:b rw\n"
-                              "32 22 0:46 / /mnt/vault rw - fuse.gocryptfs /home/me/.vault rw\n"
+                              "32 22 0:46 / /mnt/vault rw - fuse.gocryptfs /home/user/.vault rw\n"
                               "33 22 0:47 / /run/user/1000/doc rw - fuse.portal portal rw\n"
                               "34 22 0:48 / /var/lib/lxcfs rw - fuse.lxcfs lxcfs rw\n"
                               "35 22 0:49 / /mnt/cloud rw - fuse.rclone cloud: rw\n"
