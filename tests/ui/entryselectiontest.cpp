@@ -186,6 +186,7 @@ TEST_F(Selection, ADropTargetIsShownAsSelectedAndLosesThatAgain)
     EXPECT_EQ(selection.DropOwner(), nullptr);
     drop(0, &window, true, true, "ABc");
     drop(1, &window, true, true, "aBc"); // selected before the drag
+    EXPECT_EQ(selection.Focus(), 0) << "what was selected is not selected again";
     drop(1, &other, true, false, "aBc");
     EXPECT_EQ(selection.DropOwner(), &window);
     drop(2, &other, true, true, "abC"); // and now not any more
@@ -245,6 +246,23 @@ TEST_F(Selection, AnchorAndFocusStayWithTheirNodes)
         EXPECT_EQ(selection.Generation() - generation, 1U);
         EXPECT_EQ(selection.ChangeCount(), changes) << "an exchange alone is no news";
     }
+}
+
+// The anchor was deselected before, and the only selected entry is gone now.
+TEST_F(Selection, AnAnchorWithoutASelectionGoesWithTheNextBlock)
+{
+    EntrySelection selection;
+    Fill(selection, "abcd");
+    selection.SetRange(true, 0, 1);
+    selection.Toggle(0);
+    Entries next;
+    Fill(next, "cad");
+    selection.Install(next, 1);
+    EXPECT_EQ(Describe(selection), "cad anchor 1 focus -1 bounds -1 -1");
+    selection.SelectFromAnchor(2);
+    EXPECT_EQ(TextOf(selection.All()), "cad");
+    selection.SetSelectedBlock(0, 2, 1, 0);
+    EXPECT_EQ(Describe(selection), "cad anchor -1 focus -1 bounds -1 -1");
 }
 
 TEST_F(Selection, AnInstallTellsWhatTheMergeCountedAndAFailureEmptiesTheList)
