@@ -167,6 +167,44 @@ TEST(Life, MissingIconsAreSaidAndHarmless)
     life.ExpectNothingLeft();
 }
 
+// The thread that loads libraries cannot start: that is said, and the module goes on.
+TEST(Life, AThreadThatDoesNotStartIsReported)
+{
+    Life life([](vx3::core::HostSettings& settings) { settings.runMode = 0; });
+    life.host.Faults().Fail(FailClass::ThreadStart, 1, Failing::FromThereOn);
+    ASSERT_TRUE(life.module.Start());
+    EXPECT_EQ(life.host.Checked().TakeViolations().size(), 1u) << "one critical stop";
+    Browse(life);
+    life.module.End();
+    life.ExpectNothingLeft();
+}
+
+// A volume that comes is listed, one that goes leaves the tree with its nodes.
+TEST(Life, VolumesAreAnnounced)
+{
+    Life life;
+    ASSERT_TRUE(life.module.Start());
+    {
+        vx3::core::Text path(life.host.Folder()), none;
+        VX3VolumeChange change = { *path.Get(), 1 };
+        EXPECT_EQ(life.module.Send(VX3_MESSAGE_VOLUME, &change), 1);
+        Browse(life);
+        change.removed = 0;
+        EXPECT_EQ(life.module.Send(VX3_MESSAGE_VOLUME, &change), 1);
+        EXPECT_EQ(life.module.Send(VX3_MESSAGE_VOLUME, nullptr), 1);
+        vx3::core::Path folder(life.host.Folder());
+        VX3Url url = {};
+        VX3Node* node = nullptr;
+        life.Table()->urls->setFile(&url, folder.Get());
+        life.Table()->tree->findNodeByUrl(&url, VX3_FIND_PLAIN, nullptr, &node);
+        life.Table()->urls->destruct(&url);
+        EXPECT_NE(node, nullptr) << "a folder that is no volume is still there";
+        life.Table()->references->release(node);
+    }
+    life.module.End();
+    life.ExpectNothingLeft();
+}
+
 // Two lives in one process with one call after the other failing: no crash, nothing left
 // behind, no call outside its time.
 class FailingLife : public ::testing::TestWithParam<std::tuple<FailClass, Failing>>
@@ -197,7 +235,8 @@ TEST_P(FailingLife, LeavesNothingBehind)
 INSTANTIATE_TEST_SUITE_P(EveryCall, FailingLife,
                          ::testing::Combine(::testing::Values(FailClass::Memory, FailClass::LoadBitmap, FailClass::CreateFolder,
                                                               FailClass::StartWalk, FailClass::NextEntry, FailClass::Register,
-                                                              FailClass::Semaphore, FailClass::Inspect),
+                                                              FailClass::Semaphore, FailClass::Inspect, FailClass::Open, FailClass::Publish,
+                                                              FailClass::LoadResource),
                                             ::testing::Values(Failing::Once, Failing::FromThereOn)));
 
 } // namespace
