@@ -235,7 +235,7 @@ TEST_P(FailingLife, LeavesNothingBehind)
 INSTANTIATE_TEST_SUITE_P(EveryCall, FailingLife,
                          ::testing::Combine(::testing::Values(FailClass::Memory, FailClass::LoadBitmap, FailClass::CreateFolder,
                                                               FailClass::StartWalk, FailClass::NextEntry, FailClass::Register,
-                                                              FailClass::Semaphore, FailClass::Inspect, FailClass::Open, FailClass::Publish,
+                                                              FailClass::Semaphore, FailClass::Inspect, FailClass::Publish,
                                                               FailClass::LoadResource),
                                             ::testing::Values(Failing::Once, Failing::FromThereOn)));
 
