@@ -26,6 +26,7 @@ public:
 
 private:
     void Offer(const NodeRef& node);
+    void OfferAll(BrowserContentNode& parent, const NodeRef& firstChild);
     bool IsBetter(bool isVolume, uint32_t length, bool exact) const;
     bool SearchIndex(BrowserContentNode& parent, uint32_t parentLength);
     bool IsWhole() const { return bestLength == target.Length() && (bestExact || !target.IsFileUrl()); }
@@ -94,7 +95,17 @@ void LevelSearch::SearchChildrenOf(BrowserContentNode& parent, const NodeRef& fi
 {
     bool mayNest = &parent == contentTree.Computer();
     if (mayNest || !target.HasHashes() || !SearchIndex(parent, parentLength))
-        WalkFrom(firstChild);
+        OfferAll(parent, firstChild);
+}
+
+// The children of one moment: a removal meanwhile must not end the search early.
+void LevelSearch::OfferAll(BrowserContentNode& parent, const NodeRef& firstChild)
+{
+    Array<NodeRef> children;
+    if (!parent.CollectChildren(children))
+        return WalkFrom(firstChild);
+    for (size_t i = 0; i < children.Count() && !IsWhole(); i++)
+        Offer(children[i]);
 }
 
 // Where a search without a start begins: below the computer for what has a file path.

@@ -15,14 +15,6 @@ int32_t CompareNames(BrowserContentNode& a, BrowserContentNode& b)
     return nameA.Order(nameB);
 }
 
-int32_t CompareUrls(BrowserContentNode& a, BrowserContentNode& b)
-{
-    BrowserURL urlA, urlB;
-    a.GetUrl(urlA, 0);
-    b.GetUrl(urlB, 0);
-    return urlA.GetText().Order(urlB.GetText());
-}
-
 int32_t CompareNamesAndUrls(BrowserContentNode& a, BrowserContentNode& b)
 {
     int32_t result = CompareNames(a, b);
@@ -54,6 +46,14 @@ int32_t CompareByType(BrowserContentNode& a, BrowserContentNode& b)
 }
 
 } // namespace
+
+int32_t CompareUrls(BrowserContentNode& a, BrowserContentNode& b)
+{
+    BrowserURL urlA, urlB;
+    a.GetUrl(urlA, 0);
+    b.GetUrl(urlB, 0);
+    return urlA.GetText().Order(urlB.GetText());
+}
 
 SortMode SortModeOf(int32_t number)
 {

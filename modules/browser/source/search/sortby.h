@@ -28,6 +28,9 @@ SortMode SortModeOf(int32_t number);
 // `first` and the siblings that follow, as they stand in the tree at one moment.
 [[nodiscard]] bool CollectSiblings(NodeRef first, Array<NodeRef>& siblings);
 
+// The order of the texts of their URLs.
+int32_t CompareUrls(BrowserContentNode& a, BrowserContentNode& b);
+
 // Negative, 0 or positive; never sets folders first. 0 if one is none.
 int32_t CompareNodes(SortMode mode, BrowserContentNode* a, BrowserContentNode* b);
 

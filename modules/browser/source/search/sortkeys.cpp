@@ -68,14 +68,6 @@ private:
     size_t length = 0;
 };
 
-int32_t CompareUrls(BrowserContentNode* a, BrowserContentNode* b)
-{
-    BrowserURL urlA, urlB;
-    a->GetUrl(urlA, 0);
-    b->GetUrl(urlB, 0);
-    return urlA.GetText().Order(urlB.GetText());
-}
-
 // Merges two sorted runs that lie behind each other. A merge sort takes any comparison,
 // also one that changes its mind, without leaving the array.
 template <class T, class IsBefore>
@@ -261,7 +253,7 @@ int32_t SortKeys::Compare(const SortKey& a, const SortKey& b) const
 {
     int32_t result = CompareNames(a, b);
     if (!result && plan.byUrl && !(plan.byType && a.canHoldChildren))
-        result = CompareUrls(ContentOf(a.node), ContentOf(b.node));
+        result = CompareUrls(*ContentOf(a.node), *ContentOf(b.node));
     return result;
 }
 
