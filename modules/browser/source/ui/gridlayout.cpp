@@ -22,17 +22,6 @@ int32_t SideOf(double zoom)
 
 } // namespace
 
-void Size::Widen(Size other)
-{
-    width = std::max(width, other.width);
-    height = std::max(height, other.height);
-}
-
-bool Rectangle::Meets(const Rectangle& other) const
-{
-    return !IsEmpty() && !other.IsEmpty() && x1 <= other.x2 && other.x1 <= x2 && y1 <= other.y2 && other.y1 <= y2;
-}
-
 IndexRange IndexRange::Within(int32_t count) const
 {
     return { std::max(first, 0), std::min(last, count - 1) };

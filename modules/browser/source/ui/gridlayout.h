@@ -2,40 +2,11 @@
 // at a point, which are to be seen. Values only: knows no entry, no lock and no window.
 #pragma once
 
-#include <cstdint>
+#include "services/geometry.h"
 
 namespace browser {
 
 constexpr int32_t noEntry = -1;
-
-struct Size {
-    int32_t width = 0;
-    int32_t height = 0;
-
-    // Each side for itself.
-    void Widen(Size other);
-    bool operator==(const Size&) const = default;
-};
-
-struct Point {
-    int32_t x = 0;
-    int32_t y = 0;
-
-    bool operator==(const Point&) const = default;
-};
-
-// Both corners belong to it, so one with x2 < x1 or y2 < y1 holds no pixel.
-struct Rectangle {
-    int32_t x1 = 0;
-    int32_t y1 = 0;
-    int32_t x2 = 0;
-    int32_t y2 = 0;
-
-    static Rectangle Of(Point point) { return { point.x, point.y, point.x, point.y }; }
-    bool IsEmpty() const { return x2 < x1 || y2 < y1; }
-    bool Meets(const Rectangle& other) const;
-    bool operator==(const Rectangle&) const = default;
-};
 
 // Indices with both ends included; may reach beyond the list.
 struct IndexRange {
