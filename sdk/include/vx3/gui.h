@@ -1,0 +1,39 @@
+/* Windows: the optional GUI section of the host's table.
+ *
+ * A host without a screen has none; a module tests the pointer once and then shows
+ * nothing. The section is seven tables: dialogs, the gadgets in them, areas that the
+ * module draws itself, drawing, trees, menus with drags, and boxes.
+ *
+ * Everything here belongs to the host's main thread. Handles are numbers that are never
+ * used twice: a call with a closed dialog, an unknown gadget, a freed area or 0 does
+ * nothing and answers 0, so nobody has to ask first. Calls marked [nested] run timers,
+ * draws and messages before they return: the caller holds no lock, and looks again at
+ * whatever it knew.
+ *
+ * Lengths are logical pixels: a host on a fine screen draws several dots for one.
+ * Rectangles hold both their corners.
+ */
+#ifndef VX3_GUI_H
+#define VX3_GUI_H
+
+#include "guiarea.h"
+#include "guibox.h"
+#include "guidialog.h"
+#include "guidraw.h"
+#include "guigadget.h"
+#include "guimenu.h"
+#include "guitree.h"
+
+typedef struct VX3GuiServices {
+    const VX3DialogServices* dialog;
+    const VX3GadgetServices* gadget;
+    const VX3AreaServices* area;
+    const VX3DrawServices* draw;
+    const VX3TreeServices* tree;
+    const VX3MenuServices* menu;
+    const VX3BoxServices* box;
+} VX3GuiServices;
+
+VX3_STATIC_ASSERT(sizeof(VX3GuiServices) == 7 * sizeof(void*), "laid out without gaps");
+
+#endif
