@@ -19,7 +19,19 @@ public:
     }
     Array(const Array&) = delete;
     Array& operator=(const Array&) = delete;
+    Array& operator=(Array&& other) noexcept // what was held goes at once
+    {
+        Array(std::move(other)).Swap(*this);
+        return *this;
+    }
     ~Array() { Clear(); }
+
+    void Swap(Array& other) noexcept
+    {
+        std::swap(elements, other.elements);
+        std::swap(count, other.count);
+        std::swap(capacity, other.capacity);
+    }
 
     [[nodiscard]] bool Append(T element, SourcePlace place = SourcePlace::Here())
     {

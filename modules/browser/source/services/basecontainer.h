@@ -27,9 +27,19 @@ public:
         (void)host->container->getText(&value, key, text.Value());
         return text;
     }
+    int64_t GetInt64(int32_t key, int64_t fallback) const { return host->container->getInt64(&value, key, fallback); }
+    bool GetBool(int32_t key) const { return host->container->getBool(&value, key, 0); }
+    void* GetPointer(int32_t key) const { return host->container->getPointer(&value, key, nullptr); }
+    // Borrowed until the key is set again or removed; none if absent.
+    const BaseContainer* GetContainer(int32_t key) const { return Of(host->container->getContainer(&value, key)); }
+
     bool SetInt32(int32_t key, int32_t number) { return host->container->setInt32(&value, key, number); }
     bool SetFloat(int32_t key, double number) { return host->container->setFloat(&value, key, number); }
     bool SetText(int32_t key, const String& text) { return host->container->setText(&value, key, text.Value()); }
+    bool SetContainer(int32_t key, const BaseContainer& nested) { return host->container->setContainer(&value, key, &nested.value); }
+    [[nodiscard]] bool Set(const BaseContainer& other) { return host->container->copy(&value, &other.value); }
+    void Clear() { host->container->clear(&value); }
+    int32_t Count() const { return host->container->count(&value); }
 
 private:
     VX3Container value = {};

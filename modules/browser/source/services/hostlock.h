@@ -20,16 +20,21 @@
 #define CB_ACQUIRES(...) CB_ATTRIBUTE(acquire_capability(__VA_ARGS__))
 #define CB_TRIES(...) CB_ATTRIBUTE(try_acquire_capability(__VA_ARGS__))
 #define CB_RELEASES(...) CB_ATTRIBUTE(release_capability(__VA_ARGS__))
-#define CB_UNCHECKED CB_ATTRIBUTE(no_thread_safety_analysis) // says in a comment why
+#define CB_ACQUIRES_SHARED(...) CB_ATTRIBUTE(acquire_shared_capability(__VA_ARGS__))
+#define CB_RELEASES_SHARED(...) CB_ATTRIBUTE(release_shared_capability(__VA_ARGS__))
+#define CB_RELEASES_ANY(...) CB_ATTRIBUTE(release_generic_capability(__VA_ARGS__)) // shared or not, as it was taken
+#define CB_UNCHECKED CB_ATTRIBUTE(no_thread_safety_analysis)                       // says in a comment why
 
 namespace browser {
 
 // The order of locks in the module, outermost first; docs/locks.md tells what each
 // one guards. Two of one rank are taken by try, or in the order of their addresses.
 enum class LockRank : int32_t {
-    Address = 5,  // one rename or move at a time changes addresses
-    Content = 10, // BrowserContentNode::contentLock; a second one has the rank behind
+    EntryList = 2, // the entries of a pane, held over calls of their nodes
+    Address = 5,   // one rename or move at a time changes addresses
+    Content = 10,  // BrowserContentNode::contentLock; a second one has the rank behind
     ContentSecond = 11,
+    Event = 20,    // what threads post to a window
     Node = 30,     // a node's own fields that are not links
     Registry = 40, // the sequence of plugins
     Link = 50,     // RTreeNode::lock
@@ -58,6 +63,20 @@ public:
 
 private:
     uint32_t word = 0;
+};
+
+// 32-bit word: many readers or one writer. A reader that comes again while a writer waits
+// would wait for itself.
+class CB_CAPABILITY("lock") ReadWriteLock
+{
+public:
+    void LockShared(LockRank rank) const CB_ACQUIRES_SHARED() { host->lock->lockShared(&word, static_cast<int32_t>(rank)); }
+    void UnlockShared() const CB_RELEASES_SHARED() { host->lock->unlockShared(&word); }
+    void Lock(LockRank rank) CB_ACQUIRES() { host->lock->lockExclusive(&word, static_cast<int32_t>(rank)); }
+    void Unlock() CB_RELEASES() { host->lock->unlockExclusive(&word); }
+
+private:
+    mutable uint32_t word = 0;
 };
 
 class CB_SCOPED LinkGuard
@@ -90,6 +109,38 @@ public:
 
 private:
     HostLock& lock;
+};
+
+class CB_SCOPED ReadGuard
+{
+public:
+    ReadGuard(const ReadWriteLock& guarded, LockRank rank) CB_ACQUIRES_SHARED(guarded)
+        : lock(guarded)
+    {
+        lock.LockShared(rank);
+    }
+    ~ReadGuard() CB_RELEASES_ANY() { lock.UnlockShared(); }
+    ReadGuard(const ReadGuard&) = delete;
+    ReadGuard& operator=(const ReadGuard&) = delete;
+
+private:
+    const ReadWriteLock& lock;
+};
+
+class CB_SCOPED WriteGuard
+{
+public:
+    WriteGuard(ReadWriteLock& guarded, LockRank rank) CB_ACQUIRES(guarded)
+        : lock(guarded)
+    {
+        lock.Lock(rank);
+    }
+    ~WriteGuard() CB_RELEASES() { lock.Unlock(); }
+    WriteGuard(const WriteGuard&) = delete;
+    WriteGuard& operator=(const WriteGuard&) = delete;
+
+private:
+    ReadWriteLock& lock;
 };
 
 // Two locks of one kind, in the order of their addresses; one if both are the same. Held
