@@ -1380,9 +1380,20 @@ static void EndVolumes(VX3VolumeWalk* walk)
     free(walk);
 }
 
-static const VX3FolderServices folderServices = { PathExists,  InspectPath,  GetPathDate,  RefuseCreate, RefuseMove, RefuseMove,
-                                                  RefuseCopy,  RefuseRemove, IsSameVolume, ProbeVolume,  StartWalk,  NextEntry,
-                                                  WalkIsSound, EndWalk,      StartVolumes, NextVolume,   EndVolumes };
+/* A browser that cannot watch a folder looks when it is asked to. */
+static VX3FolderWatch* WatchNoFolder(const VX3Path* folder, void (*changed)(void* user), void* user)
+{
+    return NULL;
+}
+
+static void UnwatchNoFolder(VX3FolderWatch* watch)
+{
+}
+
+static const VX3FolderServices folderServices = { PathExists, InspectPath, GetPathDate,   RefuseCreate,   RefuseMove,
+                                                  RefuseMove, RefuseCopy,  RefuseRemove,  IsSameVolume,   ProbeVolume,
+                                                  StartWalk,  NextEntry,   WalkIsSound,   EndWalk,        StartVolumes,
+                                                  NextVolume, EndVolumes,  WatchNoFolder, UnwatchNoFolder };
 
 /* --- Locks ---------------------------------------------------------------------------
  *
@@ -1702,21 +1713,29 @@ static void Unescape(char* line)
     *out = 0;
 }
 
-/* A line that is not a number, a blank and a text says nothing. */
+static char* SkipBlanks(char* line)
+{
+    return line + strspn(line, " \t");
+}
+
+/* A line that is not a number, `=` and a text says nothing. */
 static VX3Bool ReadResourceLine(VX3Resources* resources, char* line)
 {
     char* end = line;
-    long number = strtol(line, &end, 10);
-    if (end == line || *end != ' ')
+    errno = 0;
+    long number = *line >= '0' && *line <= '9' ? strtol(line, &end, 10) : -1;
+    char* sign = SkipBlanks(end);
+    if (number < 0 || number > INT32_MAX || errno || *sign != '=')
         return 1;
+    char* content = SkipBlanks(sign + 1);
     ResourceText* text = calloc(1, sizeof(*text));
     if (!text)
         return 0;
     text->next = resources->first;
     text->number = (int32_t)number;
     resources->first = text;
-    Unescape(end + 1);
-    return SetText(&text->text, end + 1, -1, VX3_ENCODING_UTF8);
+    Unescape(content);
+    return SetText(&text->text, content, -1, VX3_ENCODING_UTF8);
 }
 
 static VX3Resources* ReadResources(FILE* file)
@@ -1754,11 +1773,16 @@ static VX3Resources* LoadResources(const VX3Path* module)
 static VX3Bool GetResourceText(VX3Resources* resources, int32_t number, VX3String* text)
 {
     ResourceText* found = resources ? resources->first : NULL;
+    char mark[16];
     while (found && found->number != number)
         found = found->next;
     if (found)
         return CopyText(text, &found->text);
-    DestructText(text);
+    snprintf(mark, sizeof(mark), "#%" PRId32, number);
+    if (resources)
+        SetText(text, mark, -1, VX3_ENCODING_PLAIN);
+    else
+        DestructText(text);
     return 0;
 }
 
@@ -1807,6 +1831,11 @@ static VX3Bool RefuseIcon(int32_t id, const VX3Bitmap* bitmap)
     return 0;
 }
 
+static VX3Bool RefuseMenu(int32_t id, const VX3String* name)
+{
+    return 0;
+}
+
 static VX3Bool Publish(int32_t id, int32_t version, int32_t size, const void* table)
 {
     if (published.table)
@@ -1835,8 +1864,8 @@ static VX3Container* GetPreferences(int32_t id)
     return NULL;
 }
 
-static const VX3RegistryServices registryServices = { RefuseCommand, RefusePrefsPage, RefuseIcon,    Publish,
-                                                      Withdraw,      FindPublished,   GetPreferences };
+static const VX3RegistryServices registryServices = { RefuseCommand, RefusePrefsPage, RefuseIcon,     Publish,
+                                                      Withdraw,      FindPublished,   GetPreferences, RefuseMenu };
 
 /* --- The run ------------------------------------------------------------------------- */
 

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <array>
+#include <charconv>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -41,7 +43,7 @@ std::string Unescape(std::string_view text)
 {
     std::string plain;
     for (size_t i = 0; i < text.size(); ++i) {
-        bool isEscape = text[i] == '\\' && i + 1 < text.size();
+        bool isEscape = text[i] == '\\' && i + 1 < text.size() && (text[i + 1] == 'n' || text[i + 1] == '\\');
         if (!isEscape)
             plain += text[i];
         else
@@ -50,17 +52,23 @@ std::string Unescape(std::string_view text)
     return plain;
 }
 
-// A line that does not begin with a number and a blank says nothing.
+std::string_view SkipBlanks(std::string_view text)
+{
+    return text.substr(std::min(text.find_first_not_of(" \t"), text.size()));
+}
+
+// A line that is not a number, `=` and a text says nothing.
 void ReadLine(std::string_view line, TextTable& table)
 {
-    size_t blank = line.find(' ');
-    constexpr size_t mostDigits = 9;
-    if (blank == 0 || blank > mostDigits || line.find_first_not_of("0123456789") != blank)
-        return;
     if (line.ends_with('\r'))
         line.remove_suffix(1);
-    int32_t number = std::stoi(std::string(line.substr(0, blank)));
-    table[number] = Text(Unescape(line.substr(blank + 1))).Units();
+    int32_t number = -1;
+    auto [end, failure] = std::from_chars(line.data(), line.data() + line.size(), number);
+    if (failure != std::errc() || number < 0)
+        return;
+    std::string_view rest = SkipBlanks(line.substr(static_cast<size_t>(end - line.data())));
+    if (rest.starts_with('='))
+        table[number] = Text(Unescape(SkipBlanks(rest.substr(1)))).Units();
 }
 
 // Lays the texts of a file over the table.
@@ -139,12 +147,23 @@ VX3Bool SetUnits(VX3String* text, const std::u16string& units)
     return TextServices()->setUnits(text, reinterpret_cast<const VX3Unit*>(units.data()), static_cast<int32_t>(units.size()));
 }
 
+// What stands in the place of a text that nobody has written.
+void SetMark(VX3String* text, int32_t number)
+{
+    std::array<char, 16> mark = { '#' };
+    auto end = std::to_chars(mark.begin() + 1, mark.end(), number).ptr;
+    TextServices()->set(text, mark.data(), static_cast<int32_t>(end - mark.data()), VX3_ENCODING_PLAIN);
+}
+
 VX3Bool TextOf(VX3Resources* resources, int32_t number, VX3String* text)
 {
-    if (resources)
-        if (auto found = resources->texts.find(number); found != resources->texts.end())
-            return SetUnits(text, found->second);
-    TextServices()->destruct(text);
+    if (!resources) {
+        TextServices()->destruct(text);
+        return 0;
+    }
+    if (auto found = resources->texts.find(number); found != resources->texts.end())
+        return SetUnits(text, found->second);
+    SetMark(text, number);
     return 0;
 }
 

@@ -307,6 +307,26 @@ TEST_F(MinimalTable, ContainersKeepOrderTypesAndNestedAddresses)
     });
 }
 
+TEST_F(MinimalTable, LinesOfTextsAreReadAlike)
+{
+    const std::string folder = profile + "/module/res/strings";
+    std::filesystem::create_directories(folder);
+    std::ofstream(folder + "/us.txt") << "0 = English\n1=tight\n2 \t=\t wide \r\n3 = a \\\\n\\n\\t\\\n4 = \xC3\x84\xFF = b\n"
+                                         "5 none\n 6 = indented\n-7 = negative\n+8 = plus\n9x = letter\n# 10 = comment\n11 =\n"
+                                         "4294967308 = far\n2147483647 = last\n99999999999999999999 = too far\n= none\n1 = later";
+    const std::string program = profile + "/module/browser.so";
+    for (int32_t number : { -7, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, INT32_MAX, INT32_MIN })
+        Compare([&](const VX3Host* host) {
+            Path path(host, std::u16string(program.begin(), program.end()));
+            Text text(host);
+            VX3Resources* resources = host->resource->load(path);
+            EXPECT_NE(resources, nullptr);
+            VX3Bool isThere = host->resource->text(resources, number, text);
+            host->resource->free(resources);
+            return std::pair(isThere, text.Units());
+        });
+}
+
 TEST_F(MinimalTable, WalksGiveTheSameEntries)
 {
     namespace files = std::filesystem;

@@ -147,12 +147,41 @@ TEST_F(HostTest, TheRegistryTakesOutWhatAModuleHasLeft)
     EXPECT_EQ(registry.find(1, 1, 4), &table);
 }
 
+TEST_F(HostTest, MenusKeepTheirPlaceAmongTheCommandsThatStay)
+{
+    auto host = StartHost();
+    static const VX3CommandTable table = {};
+    const VX3RegistryServices& registry = *RegistryServices();
+    int first = 0, second = 0;
+    auto command = [&](int32_t id) { return registry.registerCommand(id, Text().Get(), 0, 0, Text().Get(), nullptr, &table); };
+    SetRegistrant(&first);
+    EXPECT_TRUE(command(1) && registry.registerMenu(100, Text("Leaving").Get()) && command(2));
+    SetRegistrant(&second);
+    EXPECT_TRUE(command(3) && command(VX3_EDIT_COPY) && registry.registerMenu(3, Text("Staying").Get()) && command(5));
+    SetRegistrant(nullptr);
+    ASSERT_EQ(RegisteredMenus().size(), 2u);
+    EXPECT_EQ(RegisteredMenus()[0].position, 1u);
+    EXPECT_EQ(RegisteredMenus()[1].position, 4u);
+    TakeOut(&first);
+    ASSERT_EQ(RegisteredMenus().size(), 1u);
+    const RegisteredMenu& menu = RegisteredMenus()[0];
+    EXPECT_EQ(menu.id, 3);
+    EXPECT_EQ(menu.name, "Staying");
+    EXPECT_EQ(menu.owner, &second);
+    EXPECT_EQ(menu.position, 2u);
+    EXPECT_EQ(RegisteredCommands()[1].id, 300001003);
+    TakeOut(&second);
+    EXPECT_TRUE(RegisteredMenus().empty());
+}
+
 TEST_F(HostTest, TextsComeInTheLanguageOfTheUserOrElseInTheCommonOne)
 {
     scratch.Folder("module/res/strings");
-    scratch.File("module/res/strings/us.txt", "0 English\n10407 damaged: \n10 line\\nbreak \\\\n\nnot a line\n11 only here\n");
+    scratch.File("module/res/strings/us.txt",
+                 "0 = English\n10407 = damaged: \n10=line\\nbreak \\\\n\n12 no sign\n# 12 = comment\n"
+                 "-12 = below\n12147483647 = above\n11\t =\t a = b \\t\n");
     scratch.File("module/res/strings/de.txt",
-                 "0 Deutsch\r\n10407 besch\xC3\xA4"
+                 "0 = Deutsch\r\n10407 = besch\xC3\xA4"
                  "digt: \r\n");
     HostSettings settings = SettingsBelow(scratch.Root());
     settings.language = "de";
@@ -162,16 +191,20 @@ TEST_F(HostTest, TextsComeInTheLanguageOfTheUserOrElseInTheCommonOne)
     VX3Resources* resources = services.load(Path(scratch / "module/browser.so").Get());
     ASSERT_NE(resources, nullptr);
     Text text;
-    const std::pair<int32_t, const char*> expected[] = { { 10407,
-                                                           "besch\xC3\xA4"
-                                                           "digt: " },
-                                                         { 10, "line\nbreak \\n" },
-                                                         { 11, "only here" },
-                                                         { 12, "" } };
-    for (const auto& [number, words] : expected) {
-        EXPECT_EQ(services.text(resources, number, text.Get()), *words != 0);
+    const std::tuple<int32_t, VX3Bool, const char*> expected[] = { { 10407, 1,
+                                                                     "besch\xC3\xA4"
+                                                                     "digt: " },
+                                                                   { 10, 1, "line\nbreak \\n" },
+                                                                   { 11, 1, "a = b \\t" },
+                                                                   { 12, 0, "#12" },
+                                                                   { -12, 0, "#-12" },
+                                                                   { INT32_MIN, 0, "#-2147483648" } };
+    for (const auto& [number, isThere, words] : expected) {
+        EXPECT_EQ(services.text(resources, number, text.Get()), isThere);
         EXPECT_EQ(text.Utf8(), words);
     }
+    EXPECT_FALSE(services.text(nullptr, 10407, text.Get()));
+    EXPECT_EQ(text.Utf8(), "");
     Text code;
     VX3Bool isCurrent = 0;
     std::string list;
