@@ -212,7 +212,8 @@ void CheckTexts(const Session& session, const std::string& language, Checks& che
 bool IsEmpty(const core::LiveObjects& left)
 {
     return left.memoryBlocks == 0 && left.texts == 0 && left.paths == 0 && left.containers == 0 && left.files == 0 && left.walks == 0
-        && left.bitmaps == 0 && left.threads == 0 && left.semaphores == 0 && left.resources == 0 && left.compressors == 0;
+        && left.watches == 0 && left.bitmaps == 0 && left.threads == 0 && left.semaphores == 0 && left.resources == 0
+        && left.compressors == 0;
 }
 
 void CheckPublished(const Session& session, const std::string& language, Checks& checks)

@@ -2,11 +2,13 @@
 
 #include <utility>
 
+#include "folderwatch.h"
 #include "hoststate.h"
 #include "livecounts.h"
 #include "message.h"
 #include "registry.h"
 #include "services.h"
+#include "volumewatch.h"
 
 namespace vx3::core {
 
@@ -70,6 +72,7 @@ CoreHost::~CoreHost()
     StorePreferences();
     TakeOutEverything();
     DropMessages();
+    DropWatches();
     currentHost = nullptr;
 }
 
@@ -100,7 +103,15 @@ bool CoreHost::StorePreferences()
 
 void CoreHost::DeliverMessages()
 {
+    BeginDelivery();
     DeliverQueuedMessages();
+    DeliverVolumeChanges();
+    DeliverFolderChanges();
+}
+
+int CoreHost::WaitDescriptor() const
+{
+    return FolderChangeDescriptor();
 }
 
 } // namespace vx3::core

@@ -50,6 +50,7 @@ struct LiveObjects {
     int64_t containers = 0;
     int64_t files = 0;
     int64_t walks = 0;
+    int64_t watches = 0;
     int64_t bitmaps = 0;
     int64_t threads = 0;
     int64_t semaphores = 0;
@@ -70,7 +71,13 @@ public:
     LiveObjects CountLiveObjects() const;
     std::string MemoryReport() const; // a line for each file and line that holds blocks; empty if none does
     bool StorePreferences();          // false if the file could not be written; the old one is kept then
-    void DeliverMessages();           // hands queued core messages to their listener, on the main thread
+
+    // Tells on the main thread what has come together: queued core messages (message.h),
+    // volumes (volumewatch.h) and watched folders, which tell their modules. A main loop
+    // calls it when it is woken (SetWakeUp), when the descriptor below can be read, and
+    // from a timer of a second or so.
+    void DeliverMessages();
+    int WaitDescriptor() const; // can be read when watched folders have changed; -1 where there is none
 
 private:
     struct State;

@@ -5,6 +5,7 @@
 #include "fileoperations.h"
 #include "filestatus.h"
 #include "folderwalk.h"
+#include "folderwatch.h"
 #include "hoststate.h"
 #include "livecounts.h"
 #include "services.h"
@@ -186,13 +187,28 @@ void EndVolumes(VX3VolumeWalk* walk)
     liveCounters.walks.Subtract();
 }
 
+VX3FolderWatch* Watch(const VX3Path* folder, void (*changed)(void* user), void* user)
+{
+    return Guarded([&]() -> VX3FolderWatch* {
+        std::unique_ptr<VX3FolderWatch, decltype(&FreeWatch)> watch(MakeWatch(changed, user), FreeWatch);
+        return WatchFolder(NativeBytes(*folder), *watch) ? watch.release() : nullptr;
+    });
+}
+
+void Unwatch(VX3FolderWatch* watch)
+{
+    if (watch)
+        GiveUpFolder(*watch);
+    FreeWatch(watch);
+}
+
 } // namespace
 
 const VX3FolderServices* FolderServices()
 {
-    static constexpr VX3FolderServices services = { Exists,      Inspect, Date,         CreateFolder, Rename,    Rename,
-                                                    Copy,        Remove,  SameVolume,   ProbeVolume,  StartWalk, NextEntry,
-                                                    WalkIsSound, EndWalk, StartVolumes, NextVolume,   EndVolumes };
+    static constexpr VX3FolderServices services = { Exists,       Inspect,    Date,        CreateFolder, Rename,    Rename,      Copy,
+                                                    Remove,       SameVolume, ProbeVolume, StartWalk,    NextEntry, WalkIsSound, EndWalk,
+                                                    StartVolumes, NextVolume, EndVolumes,  Watch,        Unwatch };
     return &services;
 }
 

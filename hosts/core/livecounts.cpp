@@ -53,6 +53,7 @@ LiveObjects ReadLiveObjects()
     live.containers = liveCounters.containers.Get();
     live.files = liveCounters.files.Get();
     live.walks = liveCounters.walks.Get();
+    live.watches = liveCounters.watches.Get();
     live.bitmaps = liveCounters.bitmaps.Get();
     live.threads = liveCounters.threads.Get();
     live.semaphores = liveCounters.semaphores.Get();

@@ -28,6 +28,7 @@ struct LiveCounters {
     LiveCounter containers;
     LiveCounter files;
     LiveCounter walks;
+    LiveCounter watches;
     LiveCounter bitmaps;
     LiveCounter threads;
     LiveCounter semaphores;

@@ -1,8 +1,10 @@
 #include "message.h"
 
+#include <atomic>
 #include <deque>
 #include <mutex>
 #include <new>
+#include <optional>
 #include <utility>
 
 #include "hoststate.h"
@@ -48,13 +50,35 @@ private:
 std::mutex queueLock;
 std::deque<QueuedMessage> queue; // under queueLock
 
+std::atomic<bool> isSomethingWaiting{ false };
+
+std::mutex wakeUpLock;
+std::function<void()> wakeUpFunction; // under wakeUpLock
+
 std::function<void(const CoreMessage&)> messageListener; // main thread
 std::function<void()> documentListener;                  // main thread
 
-std::deque<QueuedMessage> TakeQueue()
+size_t CountQueue()
 {
     std::lock_guard guard(queueLock);
-    return std::exchange(queue, {});
+    return queue.size();
+}
+
+std::optional<QueuedMessage> TakeFirst()
+{
+    std::lock_guard guard(queueLock);
+    if (queue.empty())
+        return std::nullopt;
+    std::optional<QueuedMessage> first(std::move(queue.front()));
+    queue.pop_front();
+    return first;
+}
+
+void WakeUp()
+{
+    std::lock_guard guard(wakeUpLock); // held over the call, so that SetWakeUp waits for its end
+    if (wakeUpFunction)
+        wakeUpFunction();
 }
 
 VX3Bool PostCore(int32_t id, int64_t first, int64_t second, const VX3Container* data)
@@ -68,6 +92,7 @@ VX3Bool PostCore(int32_t id, int64_t first, int64_t second, const VX3Container* 
     } catch (const std::bad_alloc&) {
         return 0;
     }
+    RequestDelivery();
     return 1;
 }
 
@@ -103,16 +128,42 @@ void SetDocumentListener(std::function<void()> listener)
     documentListener = std::move(listener);
 }
 
+void SetWakeUp(std::function<void()> wakeUp)
+{
+    {
+        std::lock_guard guard(wakeUpLock);
+        wakeUpFunction = std::move(wakeUp);
+    }
+    if (isSomethingWaiting)
+        WakeUp();
+}
+
+void RequestDelivery()
+{
+    if (!isSomethingWaiting.exchange(true))
+        WakeUp();
+}
+
+void BeginDelivery()
+{
+    isSomethingWaiting = false;
+}
+
 void DeliverQueuedMessages()
 {
-    for (const QueuedMessage& message : TakeQueue())
+    for (size_t left = CountQueue(); left > 0; --left) {
+        const std::optional<QueuedMessage> message = TakeFirst();
+        if (!message)
+            return;
         if (auto listener = messageListener) // a copy: the listener may replace itself
-            listener(message.View());
+            listener(message->View());
+    }
 }
 
 void DropMessages()
 {
-    TakeQueue();
+    while (TakeFirst()) { }
+    BeginDelivery();
 }
 
 const VX3MessageServices* MessageServices()

@@ -106,6 +106,18 @@ bool ModuleLoader::Start(const VX3Host* table)
     return true;
 }
 
+void ModuleLoader::Tell(const VolumeChange& change)
+{
+    if (!started)
+        return;
+    Path place(change.path);
+    Text text;
+    if (!PathServices()->getText(place.Get(), text.Get()))
+        return;
+    VX3VolumeChange data = { *text.Get(), change.isRemoved };
+    Send(VX3_MESSAGE_VOLUME, &data);
+}
+
 void ModuleLoader::End()
 {
     if (!loaded)

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "corehost.h"
+#include "volumewatch.h"
 #include "vx3/entry.h"
 
 namespace vx3::core {
@@ -22,9 +23,10 @@ public:
     // Message 1000, if Begin went well. A host of several modules begins them all first,
     // since it says that all of them are up.
     void AllLoaded();
-    bool Start(const VX3Host* table); // both, for a host of one module
-    void End();                       // message 200000272 and action 3, if started
-    void Unload();                    // dlclose
+    bool Start(const VX3Host* table);      // both, for a host of one module
+    void Tell(const VolumeChange& change); // message 1001190, if started
+    void End();                            // message 200000272 and action 3, if started
+    void Unload();                         // dlclose
 
     int32_t Call(int32_t action, void* arg1 = nullptr, void* arg2 = nullptr, void* arg3 = nullptr);
     int32_t Send(intptr_t message, void* data = nullptr);

@@ -29,6 +29,10 @@ std::string ReadMountFile();
 Descriptor OpenMountFile();
 std::string ReadMountFile(const Descriptor& file); // an open one, from its start
 
+// Was anything mounted or taken away since the last question about this open file? Does
+// not wait.
+bool HaveMountsChanged(const Descriptor& file);
+
 bool IsNetworkMount(const Mount& mount);
 bool IsDiskMount(const Mount& mount);  // has a disk behind it
 bool IsFuseSource(const Mount& mount); // a program shows files of its own through it
@@ -36,6 +40,9 @@ bool IsFuseSource(const Mount& mount); // a program shows files of its own throu
 // Can a call on a place where a volume is mounted never wait for a server or a program?
 // Not so of any other path, which may run over links, or of kinds that are unknown here.
 bool AnswersAtOnce(const std::vector<Mount>& mounts, std::string_view path);
+
+// The same of a path without links, mount or not.
+bool IsOnThisMachine(const std::vector<Mount>& mounts, std::string_view path);
 
 // Does `path` lie below `folder`? By components, on paths without links.
 bool LiesBelow(std::string_view path, std::string_view folder);

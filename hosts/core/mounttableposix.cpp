@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include <fcntl.h>
+#include <poll.h>
 
 #include "descriptor.h"
 #include "mounttable.h"
@@ -179,15 +180,23 @@ std::string ReadMountFile(const Descriptor& file)
 }
 
 // The mounts on the way count as well, since the path leads through them.
+bool IsOnThisMachine(const std::vector<Mount>& mounts, std::string_view path)
+{
+    auto isOnTheWay = [path](const Mount& mount) { return mount.point == path || LiesBelow(path, mount.point); };
+    return std::none_of(mounts.begin(), mounts.end(), [&](const Mount& mount) { return isOnTheWay(mount) && !HasOwnAnswer(mount); });
+}
+
 bool AnswersAtOnce(const std::vector<Mount>& mounts, std::string_view path)
 {
-    bool isMount = false;
-    for (const Mount& mount : mounts) {
-        isMount = isMount || mount.point == path;
-        if ((mount.point == path || LiesBelow(path, mount.point)) && !HasOwnAnswer(mount))
-            return false;
-    }
-    return isMount;
+    auto isThere = [path](const Mount& mount) { return mount.point == path; };
+    return std::any_of(mounts.begin(), mounts.end(), isThere) && IsOnThisMachine(mounts, path);
+}
+
+// The kernel tells each open file once of a change.
+bool HaveMountsChanged(const Descriptor& file)
+{
+    struct pollfd question = { file.Get(), POLLPRI, 0 };
+    return poll(&question, 1, 0) != 0;
 }
 
 bool HoldsMounts(const std::string& folder)

@@ -12,14 +12,18 @@ namespace vx3::core {
 class MountWatch
 {
 public:
-    bool AnswersAtOnce(const std::string& path); // as the function of this name; no where the table cannot be read
+    // As the functions of these names; no where the table cannot be read.
+    bool AnswersAtOnce(const std::string& path);
+    bool IsOnThisMachine(const std::string& path);
 
 private:
-    bool HasChanged();
+    bool Refresh(); // under lock; false where there is no table
 
     std::mutex lock;
     Descriptor file;           // under lock, as the rest
     std::vector<Mount> mounts; // empty: not read yet
 };
+
+MountWatch& TheMounts(); // the one of this process
 
 } // namespace vx3::core

@@ -1,29 +1,37 @@
 #include "mountwatch.h"
 
-#include <poll.h>
-
 namespace vx3::core {
 
 bool MountWatch::AnswersAtOnce(const std::string& path)
 {
     std::lock_guard guard(lock);
+    return Refresh() && core::AnswersAtOnce(mounts, path);
+}
+
+bool MountWatch::IsOnThisMachine(const std::string& path)
+{
+    std::lock_guard guard(lock);
+    return Refresh() && core::IsOnThisMachine(mounts, path);
+}
+
+bool MountWatch::Refresh()
+{
     if (!file.IsOpen())
         file = OpenMountFile();
     if (!file.IsOpen())
         return false;
     // Asked for before the reading, so that a change meanwhile is seen the next time.
-    if (HasChanged() || mounts.empty()) {
+    if (HaveMountsChanged(file) || mounts.empty()) {
         mounts.clear();
         mounts = ReadMounts(ReadMountFile(file));
     }
-    return core::AnswersAtOnce(mounts, path);
+    return true;
 }
 
-// The kernel tells each reader of the table once of a change.
-bool MountWatch::HasChanged()
+MountWatch& TheMounts()
 {
-    struct pollfd question = { file.Get(), POLLPRI, 0 };
-    return poll(&question, 1, 0) != 0;
+    static MountWatch watch;
+    return watch;
 }
 
 } // namespace vx3::core

@@ -29,6 +29,7 @@ struct PublishedTable {
 
 Registrant registrant = nullptr;
 std::vector<RegisteredCommand> commands;
+std::vector<RegisteredMenu> menus;
 std::vector<RegisteredPage> pages;
 std::vector<RegisteredIcon> icons;
 
@@ -57,6 +58,11 @@ VX3Bool RegisterCommand(int32_t id, const VX3String* name, uint32_t flags, int32
     if (!table)
         return 0;
     return Append(commands, { id, Utf8OrEmpty(name), flags, icon, Utf8OrEmpty(help), object, table, registrant });
+}
+
+VX3Bool RegisterMenu(int32_t id, const VX3String* name)
+{
+    return Append(menus, { id, Utf8OrEmpty(name), registrant, commands.size() });
 }
 
 VX3Bool RegisterPrefsPage(int32_t id, const VX3String* name, const char* description, int32_t sort, void* object,
@@ -116,9 +122,21 @@ VX3Container* Preferences(int32_t id)
     return host ? host->preferences.Find(id) : nullptr;
 }
 
+// Before the commands are taken out: menus move up by those in front of them.
+template <class Predicate>
+void TakeOutMenus(Predicate isGone)
+{
+    std::erase_if(menus, isGone);
+    for (RegisteredMenu& menu : menus) {
+        const auto end = commands.begin() + static_cast<std::ptrdiff_t>(menu.position);
+        menu.position -= static_cast<size_t>(std::count_if(commands.begin(), end, isGone));
+    }
+}
+
 template <class Predicate>
 void TakeOutIf(Predicate isGone)
 {
+    TakeOutMenus(isGone);
     std::erase_if(commands, isGone);
     std::erase_if(pages, isGone);
     std::erase_if(icons, [&](const RegisteredIcon& icon) {
@@ -151,6 +169,11 @@ const RegisteredCommand* FindCommand(int32_t id)
 {
     auto found = std::find_if(commands.rbegin(), commands.rend(), [id](const RegisteredCommand& command) { return command.id == id; });
     return found == commands.rend() ? nullptr : &*found;
+}
+
+const std::vector<RegisteredMenu>& RegisteredMenus()
+{
+    return menus;
 }
 
 const std::vector<RegisteredPage>& RegisteredPages()
@@ -191,9 +214,8 @@ void TakeOutEverything()
 
 const VX3RegistryServices* RegistryServices()
 {
-    static constexpr VX3RegistryServices services = {
-        RegisterCommand, RegisterPrefsPage, RegisterIcon, Publish, Withdraw, Find, Preferences
-    };
+    static constexpr VX3RegistryServices services = { RegisterCommand, RegisterPrefsPage, RegisterIcon, Publish, Withdraw, Find,
+                                                      Preferences,     RegisterMenu };
     return &services;
 }
 

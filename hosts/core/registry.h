@@ -41,8 +41,17 @@ struct RegisteredPage {
     Registrant owner = nullptr;
 };
 
+// Gathers the commands of its owner.
+struct RegisteredMenu {
+    int32_t id = 0; // may be that of a command as well
+    std::string name;
+    Registrant owner = nullptr;
+    size_t position = 0; // of the commands in RegisteredCommands, so many came before it
+};
+
 const std::vector<RegisteredCommand>& RegisteredCommands();
 const RegisteredCommand* FindCommand(int32_t id); // the one registered last
+const std::vector<RegisteredMenu>& RegisteredMenus();
 const std::vector<RegisteredPage>& RegisteredPages();
 std::vector<int32_t> RegisteredIcons();
 const VX3Bitmap* FindIcon(int32_t id); // none if there is none; the registry's

@@ -51,12 +51,6 @@ void AskAndTell(std::shared_ptr<Probes> probes, std::shared_ptr<Answer> answer, 
     probes->changed.notify_all();
 }
 
-MountWatch& TheMounts()
-{
-    static MountWatch watch;
-    return watch;
-}
-
 } // namespace
 
 bool VolumeAnswers(const std::string& path)

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "mounttable.h"
+
 namespace vx3::core {
 
 struct VolumeFacts {
@@ -16,6 +18,9 @@ struct VolumeFacts {
 // The mounts that `table`, text in the form of /proc/self/mountinfo, tells of. The root
 // is always there and comes first; what is mounted over is not told.
 std::vector<VolumeFacts> ReadMountTable(const std::string& table);
+
+// The mounts of it that are to be shown: what VX3_VOLUME_LEAVE_OUT marks is not there.
+std::vector<Mount> ReadShownMounts(const std::string& table);
 
 // The mounts of this machine, with labels.
 std::vector<VolumeFacts> ListVolumes();

@@ -5,7 +5,6 @@
 #include <fstream>
 #include <map>
 
-#include "mounttable.h"
 #include "vx3/folder.h"
 
 namespace vx3::core {
@@ -80,6 +79,13 @@ std::vector<VolumeFacts> ReadMountTable(const std::string& table)
     for (const Mount& mount : ReadMounts(table))
         volumes.push_back({ mount.point, {}, AttributesOf(mount) });
     return volumes;
+}
+
+std::vector<Mount> ReadShownMounts(const std::string& table)
+{
+    std::vector<Mount> mounts = ReadMounts(table);
+    std::erase_if(mounts, [](const Mount& mount) { return AttributesOf(mount) & VX3_VOLUME_LEAVE_OUT; });
+    return mounts;
 }
 
 std::vector<VolumeFacts> ListVolumes()

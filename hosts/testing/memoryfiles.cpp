@@ -15,8 +15,9 @@ namespace {
 class TreeFile : public core::RawFile
 {
 public:
-    explicit TreeFile(EntryRef openEntry)
+    TreeFile(EntryRef openEntry, bool mayWrite)
         : entry(std::move(openEntry))
+        , isWritable(mayWrite)
     {
     }
 
@@ -51,10 +52,17 @@ public:
     }
 
     bool Sync() override { return true; }
-    bool Close() override { return true; }
+    bool Close() override
+    {
+        std::lock_guard guard(TheMemory().lock);
+        if (isWritable)
+            TheMemory().TellChange(entry->parent);
+        return true;
+    }
 
 private:
     EntryRef entry;
+    bool isWritable;
 };
 
 struct OpenFile {
@@ -117,7 +125,7 @@ std::unique_ptr<core::RawFile> OpenEntry(const std::string& native, int32_t mode
         entry->bytes.clear();
         entry->modified = memory.Now();
     }
-    return std::make_unique<TreeFile>(entry);
+    return std::make_unique<TreeFile>(entry, writes);
 }
 
 VX3Bool Open(VX3BinaryFile* file, const VX3Path* path, int32_t mode, VX3Bool showErrors, int32_t byteOrder, uint32_t, uint32_t)

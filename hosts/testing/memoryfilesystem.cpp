@@ -31,6 +31,7 @@ EntryRef FolderAt(std::string_view path)
             child->kind = EntryKind::Folder;
             child->created = child->modified = memory.Now();
             memory.tree.Insert(at, child);
+            memory.TellChange(at.get());
         }
         at = child;
     }
@@ -44,12 +45,15 @@ EntryRef Put(std::string_view path, EntryKind kind, std::string_view bytes, cons
     const EntryRef folder = FolderAt(path.substr(0, slash));
     auto entry = std::make_shared<TreeEntry>();
     entry->name = path.substr(slash + 1);
-    if (const EntryRef old = memory.tree.ChildOf(*folder, entry->name))
+    if (const EntryRef old = memory.tree.ChildOf(*folder, entry->name)) {
+        memory.TellEnd(*old);
         memory.tree.TakeOut(old);
+    }
     entry->kind = kind;
     entry->bytes = bytes;
     entry->created = entry->modified = date.year != 0 ? date : memory.Now();
     memory.tree.Insert(folder, entry);
+    memory.TellChange(folder.get());
     return entry;
 }
 
@@ -74,8 +78,12 @@ template <class Change>
 void Alter(std::string_view path, Change change)
 {
     std::lock_guard guard(TheMemory().lock);
-    if (const EntryRef entry = TheMemory().tree.Find(path, LastLink::Keep))
-        change(*entry);
+    const EntryRef entry = TheMemory().tree.Find(path, LastLink::Keep);
+    if (!entry)
+        return;
+    change(*entry);
+    TheMemory().TellChange(entry.get());
+    TheMemory().TellChange(entry->parent);
 }
 
 } // namespace
@@ -115,6 +123,7 @@ MemoryFileSystem::MemoryFileSystem(const VX3Host* base)
     memory.tree.Root()->created = memory.tree.Root()->modified = memory.Now();
     memory.volumes = { { "/", "", 0, false } };
     memory.freeBytes = withoutEnd;
+    memory.watches.clear();
     ResetCounts();
 }
 
@@ -166,8 +175,11 @@ void MemoryFileSystem::Remove(std::string_view path)
 {
     std::lock_guard guard(TheMemory().lock);
     auto& memory = TheMemory();
-    if (const EntryRef entry = memory.tree.Find(path, LastLink::Keep))
+    if (const EntryRef entry = memory.tree.Find(path, LastLink::Keep)) {
+        memory.TellEnd(*entry);
+        memory.TellChange(entry->parent);
         memory.tree.TakeOut(entry);
+    }
     std::erase_if(memory.volumes, [&](const MemoryVolume& volume) { return volume.path == path; });
 }
 
@@ -269,6 +281,7 @@ std::shared_ptr<const MemoryImage> MemoryFileSystem::Keep() const
 void MemoryFileSystem::Restore(const std::shared_ptr<const MemoryImage>& image)
 {
     std::lock_guard guard(TheMemory().lock);
+    TheMemory().TellEnd(*TheMemory().tree.Root());
     TheMemory().tree = image->tree.Clone();
     TheMemory().volumes = image->volumes;
 }

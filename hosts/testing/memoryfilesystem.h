@@ -34,6 +34,7 @@ enum class Asked : uint8_t {
     Entry,
     Volumes,
     Open,
+    Watch,
     Count
 };
 

@@ -4,6 +4,7 @@
 #include "core/values.h"
 #include "memoryoperations.h"
 #include "memorystate.h"
+#include "memorywatches.h"
 
 namespace vx3::testing {
 
@@ -232,8 +233,9 @@ void EndVolumes(VX3VolumeWalk* walk)
 
 } // namespace
 
-const VX3FolderServices memoryFolderServices = { Exists,      Inspect,      Date,         MemoryCreateFolder, MemoryRename, MemoryMove,
-                                                 MemoryCopy,  MemoryRemove, SameVolume,   ProbeVolume,        StartWalk,    NextEntry,
-                                                 WalkIsSound, EndWalk,      StartVolumes, NextVolume,         EndVolumes };
+const VX3FolderServices memoryFolderServices = { Exists,       Inspect,      Date,         MemoryCreateFolder, MemoryRename, MemoryMove,
+                                                 MemoryCopy,   MemoryRemove, SameVolume,   ProbeVolume,        StartWalk,    NextEntry,
+                                                 WalkIsSound,  EndWalk,      StartVolumes, NextVolume,         EndVolumes,   MemoryWatch,
+                                                 MemoryUnwatch };
 
 } // namespace vx3::testing

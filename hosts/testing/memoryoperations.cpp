@@ -52,6 +52,7 @@ VX3Bool Relocate(const VX3Path* from, const VX3Path* to)
     if (MemoryTree::VolumeOf(*entry) != MemoryTree::VolumeOf(*place.folder))
         return 0;
     memory.Touch(*entry->parent);
+    memory.TellChange(entry.get());
     memory.tree.TakeOut(entry);
     entry->name = place.name;
     memory.tree.Insert(place.folder, entry);
@@ -137,6 +138,7 @@ bool TakeOut(const EntryRef& entry)
         return false;
     memory.UseBytes(-static_cast<int64_t>(entry->bytes.size()));
     memory.Touch(*entry->parent);
+    memory.TellEnd(*entry);
     memory.tree.TakeOut(entry);
     return true;
 }

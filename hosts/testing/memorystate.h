@@ -20,6 +20,11 @@ struct MemoryVolume {
     bool failsProbe = false;
 };
 
+struct WatchedEntry {
+    EntryRef folder;
+    VX3FolderWatch* watch; // the core host's
+};
+
 constexpr int64_t withoutEnd = -1;
 
 struct MemoryState {
@@ -31,13 +36,23 @@ struct MemoryState {
     MemoryTree tree;
     std::vector<MemoryVolume> volumes; // the one of `/` first
     int64_t freeBytes = withoutEnd;
+    std::vector<WatchedEntry> watches;
 
     void Note(Asked what) { counts[static_cast<std::size_t>(what)].fetch_add(1); }
     // Takes bytes off the free ones; false if there are too few.
     // A negative number gives them back.
     bool UseBytes(int64_t bytes);
     VX3FileDate Now() const; // the date of the base table
-    void Touch(TreeEntry& folder) { folder.modified = Now(); }
+    // Notes that the entries of a folder changed.
+    void Touch(TreeEntry& folder)
+    {
+        folder.modified = Now();
+        TellChange(&folder);
+    }
+    // To whoever watches: what is in a folder changed, or its status; a folder goes, with all below it.
+    // `entry` is compared only, and may be none.
+    void TellChange(const TreeEntry* entry);
+    void TellEnd(const TreeEntry& entry);
 };
 
 MemoryState& TheMemory();

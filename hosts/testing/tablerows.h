@@ -223,6 +223,8 @@ inline constexpr std::tuple folder = {
     Row<&VX3FolderServices::startVolumes>{ "folder.startVolumes", AnyThread, MayBlock, StartWalk, Object::VolumeWalk, {} },
     Row<&VX3FolderServices::nextVolume>{ "folder.nextVolume", OwnerThread, MayBlock, Nothing, none, { Owns(Object::VolumeWalk), need } },
     Row<&VX3FolderServices::endVolumes>{ "folder.endVolumes", OwnerThread, Quick, Nothing, none, { Frees(Object::VolumeWalk) } },
+    Row<&VX3FolderServices::watch>{ "folder.watch", GuiThread, MayBlock, Watch, Object::FolderWatch, { need, need, any } },
+    Row<&VX3FolderServices::unwatch>{ "folder.unwatch", GuiThread, Quick, Nothing, none, { FreesOrNone(Object::FolderWatch) } },
 };
 
 inline constexpr std::tuple bitmap = {
@@ -306,6 +308,7 @@ inline constexpr std::tuple registry = {
     Row<&VX3RegistryServices::withdraw>{ "registry.withdraw", StartEnd, Quick, Nothing, none, { any } },
     Row<&VX3RegistryServices::find>{ "registry.find", AnyThread, Quick, Nothing, none, { any, any, count } },
     Row<&VX3RegistryServices::preferences>{ "registry.preferences", GuiThread, Quick, Register, none, { any } },
+    Row<&VX3RegistryServices::registerMenu>{ "registry.registerMenu", StartEnd, Quick, Register, none, { any, need } },
 };
 
 inline constexpr std::tuple run = {

@@ -77,6 +77,14 @@ const std::vector<Misuse>& ArgumentMisuses()
               VX3FolderEntry entry = {};
               host.folder->nextEntry(walk, &entry);
           } },
+        { "WatchEndedTwice",
+          { "folder.unwatch: the folder watch was never given or is freed already" },
+          [](const VX3Host& host, auto&) {
+              VX3FolderWatch* watch = host.folder->watch(
+                  core::Path("/").Get(), [](void*) {}, nullptr);
+              host.folder->unwatch(watch);
+              host.folder->unwatch(watch);
+          } },
         { "BlockTakenForABitmap",
           { "bitmap.width: the bitmap was never given or is freed already" },
           [](const VX3Host& host, auto&) {

@@ -91,6 +91,13 @@ void FailEachCall(TestHost& host)
         { FailClass::Copy, [&] { return table.folder->copy(file.Get(), other.Get(), 0, 6, nullptr, nullptr, nullptr); }, 0 },
         { FailClass::Remove, [&] { return table.folder->remove(file.Get(), 0, 6, nullptr, nullptr, nullptr); }, 0 },
         { FailClass::StartWalk, [&] { return table.folder->startWalk(core::Path("/f").Get(), 0) != nullptr; }, 0 },
+        { FailClass::Watch,
+          [&] {
+              return table.folder->watch(
+                         core::Path("/f").Get(), [](void*) {}, nullptr)
+                  != nullptr;
+          },
+          0 },
         { FailClass::Inspect, [&] { return table.folder->date(file.Get(), VX3_DATE_MODIFIED, &date); }, 0 },
         { FailClass::LoadBitmap, [&] { return table.bitmap->load(bitmap, file.Get(), 0); }, VX3_IMAGE_NO_MEMORY },
         { FailClass::Write, [&] { return table.bitmap->save(bitmap, other.Get(), VX3_FORMAT_PNG, nullptr, 0); }, VX3_IMAGE_NOT_WRITTEN },

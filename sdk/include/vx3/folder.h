@@ -115,10 +115,25 @@ typedef struct VX3FolderServices {
     /* Fills the next volume, zeroed before the first call, anew; 0 at the end. */
     VX3Bool (*nextVolume)(VX3VolumeWalk* walk, VX3Volume* volume); /* [owner-thread] [may-block] */
     void (*endVolumes)(VX3VolumeWalk* walk);                       /* [owner-thread] */
+
+    /* Watches a folder. After entries of it came or went, were renamed, were written and
+     * closed or changed their status, and after the folder itself was renamed or went
+     * away, `changed` is called on the main thread, when the host delivers what is
+     * queued. It is not told what has changed: several changes may come as one call,
+     * and a call may come without a change. Watch first and list then, so that nothing is
+     * missed in between. What lies deeper is not watched. A renamed folder is watched
+     * on under its new name; of one that is gone nothing more is told. A link to a folder
+     * is followed. None if the host cannot watch: no such folder, no right to read it, a
+     * place of a network, too many watches, no memory. `changed` may watch and unwatch,
+     * its own watch included. The caller must free with `unwatch`.
+     * [gui-thread] [may-block] */
+    VX3FolderWatch* (*watch)(const VX3Path* folder, void (*changed)(void* user), void* user);
+    /* Ends a watch, whose `changed` is not called any more. None is allowed. [gui-thread] */
+    void (*unwatch)(VX3FolderWatch* watch);
 } VX3FolderServices;
 
 VX3_STATIC_ASSERT(sizeof(VX3FolderEntry) == 48, "VX3FolderEntry is 48 bytes");
 VX3_STATIC_ASSERT(sizeof(VX3Volume) == 40, "VX3Volume is 40 bytes");
-VX3_STATIC_ASSERT(sizeof(VX3FolderServices) == 17 * sizeof(void*), "laid out without gaps");
+VX3_STATIC_ASSERT(sizeof(VX3FolderServices) == 19 * sizeof(void*), "laid out without gaps");
 
 #endif

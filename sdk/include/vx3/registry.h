@@ -10,6 +10,17 @@
 
 enum { VX3_COMMAND_ENABLED = 1, VX3_COMMAND_CHECKED = 2 };
 
+/* Commands that the host has in its own menus, with names of its own. A module that
+ * registers one of these with an empty name is asked when the user chooses it. */
+enum {
+    VX3_EDIT_COPY = 300001003,
+    VX3_EDIT_PASTE = 300001004,
+    VX3_EDIT_DELETE = 300001005,
+    VX3_EDIT_SELECT_ALL = 300001006,
+    VX3_EDIT_SELECT_NONE = 300001007,
+    VX3_EDIT_INVERT = 300001008
+};
+
 /* The operations of a command, in this order. One that is none is the host's. An object
  * stays its module's: `destruct` is called only by a host that takes the object out while
  * the module still lives. */
@@ -51,10 +62,13 @@ typedef struct VX3RegistryServices {
     /* The container of a module's preferences, which the host keeps across runs;
      * borrowed until action 3 has ended. None if the host keeps none. [gui-thread] */
     VX3Container* (*preferences)(int32_t id);
+    /* Registers a menu, under which the commands of the module gather. The id may be
+     * that of a command as well. [start-end] */
+    VX3Bool (*registerMenu)(int32_t id, const VX3String* name);
 } VX3RegistryServices;
 
 VX3_STATIC_ASSERT(sizeof(VX3CommandTable) == 5 * sizeof(void*), "laid out without gaps");
 VX3_STATIC_ASSERT(sizeof(VX3PrefsPageTable) == 3 * sizeof(void*), "laid out without gaps");
-VX3_STATIC_ASSERT(sizeof(VX3RegistryServices) == 7 * sizeof(void*), "laid out without gaps");
+VX3_STATIC_ASSERT(sizeof(VX3RegistryServices) == 8 * sizeof(void*), "laid out without gaps");
 
 #endif

@@ -82,6 +82,7 @@ typedef struct VX3DataFile VX3DataFile;
 typedef struct VX3Compressor VX3Compressor;
 typedef struct VX3FolderWalk VX3FolderWalk;
 typedef struct VX3VolumeWalk VX3VolumeWalk;
+typedef struct VX3FolderWatch VX3FolderWatch;
 typedef struct VX3NetworkWalk VX3NetworkWalk;
 typedef struct VX3Bitmap VX3Bitmap;
 typedef struct VX3Thread VX3Thread;
