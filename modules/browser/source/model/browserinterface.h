@@ -4,6 +4,7 @@
 
 #include "model/browserurl.h"
 #include "model/contentcodes.h"
+#include "model/contentversion.h"
 #include "model/preview.h"
 #include "model/rtreenode.h"
 #include "services/array.h"
@@ -57,6 +58,10 @@ public:
     virtual ErrorCode Delete(ChangeMode mode, Progress progress);
     virtual void UpdateUrlPrefix(const String& oldPrefix, const String& newPrefix, bool recursive);
 
+    // Whether each change of what this node tells raises the content version. Of a node
+    // that cannot see to that nobody keeps anything.
+    virtual bool NotesChanges() const { return false; }
+
     NodeClass GetClass() const { return nodeClass; }
     bool IsRemoved() const { return HasFlags(Attribute::removed); }
     bool CanHoldChildren() const { return HasFlags(Attribute::canHoldChildren); }
@@ -66,8 +71,8 @@ public:
         if (CanHoldChildren())
             SetFlags(Attribute::dirty);
     }
-    void ClearFlags(uint32_t bits) { flags.fetch_and(~bits, std::memory_order_acq_rel); }
-    void SetFlags(uint32_t bits) { flags.fetch_or(bits, std::memory_order_acq_rel); }
+    void ClearFlags(uint32_t bits) { NoteChangedFlags(flags.fetch_and(~bits, std::memory_order_acq_rel) & bits); }
+    void SetFlags(uint32_t bits) { NoteChangedFlags(~flags.fetch_or(bits, std::memory_order_acq_rel) & bits); }
     bool HasFlags(uint32_t anyOf) const { return (Flags() & anyOf) != 0; }
     uint32_t Flags() const { return flags.load(std::memory_order_acquire); }
 
@@ -91,6 +96,11 @@ public:
 
 protected:
     static bool IsAlive(const RTreeNode& parent);
+    static void NoteChangedFlags(uint32_t changed)
+    {
+        if (changed & ~Attribute::passing)
+            NoteContentChange();
+    }
 
     std::atomic<uint32_t> flags; // Attribute; changed by setting and clearing bits
 

@@ -23,6 +23,8 @@ constexpr uint32_t quickPlugin = 0x80000; // the plugin was found by the URL alo
 constexpr uint32_t neverProbed = 0x100000;
 constexpr uint32_t addressChanging = 0x200000; // not told outside: no listing while it is set
 constexpr uint32_t category = VX3_NODE_CATEGORY;
+// What comes and goes while the content stays as it is.
+constexpr uint32_t passing = noPlugin | mark | dirty | quickPlugin | addressChanging;
 } // namespace Attribute
 
 enum class NodeType : int32_t { Category = 1, Directory = 2, Preset = 3, Catalog = 4, BaseList = 6, Network = 7 };
@@ -48,6 +50,12 @@ constexpr ErrorCode moveFailed = VX3_ERROR_MOVE_FAILED;
 constexpr ErrorCode wrongType = VX3_ERROR_WRONG_TYPE;
 constexpr ErrorCode cancelled = VX3_ERROR_CANCELLED;
 } // namespace Error
+
+// First values of the core message VX3_MESSAGE_BROWSER.
+namespace CoreMessage {
+constexpr int64_t presetsChanged = 1;
+constexpr int64_t selectionChanged = 2; // or what else views show of a list: no data
+} // namespace CoreMessage
 
 enum class DateKind : int32_t { Created = 0, Modified = 1, ModifiedToo = 2 };
 

@@ -50,7 +50,7 @@ void NotifyChanged(ContentRef node)
         return;
     bool concernsPresets = node->GetNodeType() == NodeType::Preset || node.Get() == contentTree.Presets();
     if (concernsPresets && contentTree.ready)
-        (void)host->message->postCore(VX3_MESSAGE_BROWSER, 1, 0, nullptr);
+        (void)host->message->postCore(VX3_MESSAGE_BROWSER, CoreMessage::presetsChanged, 0, nullptr);
     if (upcalls.announceChange)
         upcalls.announceChange(std::move(node));
 }

@@ -92,7 +92,10 @@ bool RegisterPlugin(BrowserPluginInterface* plugin, MatchFiles matchFiles)
     for (const Entry& entry : registry->entries)
         if (entry.plugin == plugin)
             return false;
-    return registry->entries.Append({ plugin, matchFiles });
+    if (!registry->entries.Append({ plugin, matchFiles }))
+        return false;
+    NoteContentChange();
+    return true;
 }
 
 void UnregisterPlugin(BrowserPluginInterface* plugin)
@@ -100,9 +103,12 @@ void UnregisterPlugin(BrowserPluginInterface* plugin)
     if (!registry)
         return;
     LockGuard guard(registry->lock, LockRank::Registry);
-    for (size_t i = 0; i < registry->entries.Count(); i++)
-        if (registry->entries[i].plugin == plugin)
-            return registry->entries.RemoveAt(i);
+    for (size_t i = 0; i < registry->entries.Count(); i++) {
+        if (registry->entries[i].plugin != plugin)
+            continue;
+        registry->entries.RemoveAt(i);
+        return NoteContentChange();
+    }
 }
 
 int32_t GetPluginCount()

@@ -1,6 +1,7 @@
 #include "model/rtreenode.h"
 
 #include "model/childindex.h"
+#include "model/contentversion.h"
 #include "services/resources.h"
 
 namespace browser {
@@ -223,6 +224,7 @@ void RTreeNode::Unlink(Displaced& displaced)
     displaced.Set(parent, NodeRef());
     displaced.Set(prev, NodeRef());
     displaced.Set(next, NodeRef());
+    NoteContentChange();
 }
 
 void RTreeNode::InsertLast(RTreeNode* newParent)
@@ -295,6 +297,7 @@ void RTreeNode::AppendTo(RTreeNode* newParent, Displaced& displaced)
     }
     displaced.Set(newParent->lastChild, self);
     newParent->NoteChildAdded(this);
+    NoteContentChange();
 }
 
 void RTreeNode::InsertLastDetached(RTreeNode* newParent)
@@ -353,6 +356,7 @@ RTreeNode::Outcome RTreeNode::TryLinkChain(Ref<RTreeNode>* nodes, size_t count, 
         NoteChildAdded(node.Get());
     }
     lastChild = std::move(before);
+    NoteContentChange();
     return Outcome::Done;
 }
 
@@ -389,6 +393,7 @@ RTreeNode::Outcome RTreeNode::TryLinkBefore(RTreeNode* sibling)
     displaced.Set(prev ? prev->next : parent->firstChild, self);
     displaced.Set(sibling->prev, self);
     parent->NoteChildAdded(this);
+    NoteContentChange();
     return Outcome::Done;
 }
 

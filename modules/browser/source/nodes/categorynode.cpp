@@ -95,6 +95,7 @@ void CategoryNode::StampDate(const FileDate& date)
 {
     LockGuard guard(dateLock, LockRank::Node);
     changeDate = date;
+    NoteContentChange();
 }
 
 uint32_t CategoryNode::GetAttributes(int64_t* size)

@@ -23,6 +23,7 @@ public:
     uint32_t GetAttributes(int64_t* size) override;
     Preview* GetPreview(uint32_t request, int32_t size) override;
     int64_t Populate() override;
+    bool NotesChanges() const override { return true; }
     ErrorCode CreateFolder(ChangeMode mode, const String& newName, ContentRef* out) override;
     ErrorCode CopyInto(ContentRef source, ChangeMode mode, const String* newName, Progress progress, uint32_t more) override;
 

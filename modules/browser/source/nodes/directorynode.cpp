@@ -109,12 +109,12 @@ BrowserPluginInterface* DirectoryNode::GetPlugin(uint32_t request)
     BrowserPluginInterface* found = nullptr;
     GetUrl(url, 0);
     if (FindPluginForUrl(url, quick ? PluginTest::Quick : PluginTest::Deep, &found)) {
-        plugin.store(found, std::memory_order_release);
+        KeepPlugin(found, quick);
         quick ? SetFlags(Attribute::quickPlugin) : ClearFlags(Attribute::quickPlugin);
         return found;
     }
     if (!quick) {
-        plugin.store(NoPlugin(), std::memory_order_release);
+        KeepPlugin(NoPlugin(), quick);
         SetFlags(Attribute::noPlugin);
         return nullptr;
     }
@@ -122,6 +122,14 @@ BrowserPluginInterface* DirectoryNode::GetPlugin(uint32_t request)
         return cached;
     SetFlags(Attribute::noPlugin);
     return nullptr;
+}
+
+// What the URL alone says was the answer before it was kept, too.
+void DirectoryNode::KeepPlugin(BrowserPluginInterface* found, bool quick)
+{
+    BrowserPluginInterface* before = plugin.exchange(found, std::memory_order_acq_rel);
+    if (before != found && (before || !quick))
+        NoteContentChange();
 }
 
 Preview* DirectoryNode::GetPreview(uint32_t request, int32_t size)
@@ -208,6 +216,7 @@ void DirectoryNode::NoteDate()
         return;
     modifiedDate = date;
     MarkDirty();
+    NoteContentChange();
 }
 
 uint32_t FlagsOfNewEntry(uint32_t entryFlags)
@@ -236,7 +245,8 @@ bool DirectoryNode::RefreshFrom(const DirectoryEntry& entry)
 // A known plugin is kept even if the file has changed.
 void DirectoryNode::RefreshFile(const DirectoryEntry& entry)
 {
-    bool changed = CompareDates(entry.modified, modifiedDate) != 0 || entry.size != Generation();
+    const bool changed = CompareDates(entry.modified, modifiedDate) != 0 || entry.size != Generation();
+    const bool isOther = changed || CompareDates(entry.created, createdDate) != 0;
     createdDate = entry.created;
     modifiedDate = entry.modified;
     sizeOrGeneration.store(entry.size, std::memory_order_release);
@@ -244,11 +254,14 @@ void DirectoryNode::RefreshFile(const DirectoryEntry& entry)
     if (changed && (!cached || cached == NoPlugin()))
         ForgetPlugin();
     ReplaceFlags(entry.flags, 0);
+    if (isOther)
+        NoteContentChange();
 }
 
 void DirectoryNode::RefreshFolder(const DirectoryEntry& entry)
 {
     uint32_t newFlags = entry.flags & ~Attribute::dirty;
+    const bool isOther = CompareDates(entry.created, createdDate) != 0 || CompareDates(entry.created, modifiedDate) != 0;
     createdDate = entry.created;
     // Kept: a folder is compared on its creation date held in the modification field,
     // although a new child stores its modification date there. A folder whose dates
@@ -262,6 +275,8 @@ void DirectoryNode::RefreshFolder(const DirectoryEntry& entry)
     if (Generation() == 0)
         newFlags |= Attribute::dirty;
     ReplaceFlags(newFlags, Attribute::dirty);
+    if (isOther)
+        NoteContentChange();
 }
 
 // A file has become a folder, a folder a file: what was known below it is void. A folder
@@ -278,6 +293,7 @@ bool DirectoryNode::ChangeKind(const DirectoryEntry& entry)
         sizeOrGeneration.store(entry.flags & (Attribute::folder | Attribute::bundle) ? 0 : entry.size, std::memory_order_release);
         ForgetPlugin();
         ReplaceFlags(entry.flags, 0);
+        NoteContentChange();
     }
     contentLock.Unlock();
     return true;
@@ -290,6 +306,7 @@ void DirectoryNode::ReplaceFlags(uint32_t newFlags, uint32_t carried)
     uint32_t old = flags.load(std::memory_order_acquire);
     while (!flags.compare_exchange_weak(old, newFlags | (old & carried), std::memory_order_acq_rel))
         continue;
+    NoteChangedFlags((old ^ newFlags) & ~carried);
 }
 
 void DirectoryNode::SetAddress(DirectoryAddress&& address)
@@ -298,6 +315,7 @@ void DirectoryNode::SetAddress(DirectoryAddress&& address)
     path = std::move(address.path);
     name = std::move(address.name);
     SetIndexKey(address.key.hash, address.key.length);
+    NoteContentChange();
 }
 
 // A node that cannot keep its address must not go on under an old one, where another

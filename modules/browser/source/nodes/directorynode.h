@@ -58,6 +58,7 @@ public:
     ErrorCode CopyInto(ContentRef source, ChangeMode mode, const String* newName, Progress progress, uint32_t more) override;
     ErrorCode Delete(ChangeMode mode, Progress progress) override;
     void UpdateUrlPrefix(const String& oldPrefix, const String& newPrefix, bool recursive) override;
+    bool NotesChanges() const override { return true; }
 
     FilePath GetPath();
     [[nodiscard]] bool ReadPath(FilePath& out); // false without memory
@@ -83,6 +84,7 @@ private:
     void SetAddress(DirectoryAddress&& address);
     void LoseAddress();
     void RaiseGeneration() { sizeOrGeneration.fetch_add(1, std::memory_order_acq_rel); }
+    void KeepPlugin(BrowserPluginInterface* found, bool quick);
     void ForgetPlugin() { plugin.store(nullptr, std::memory_order_release); }
 
     struct Relocation;
