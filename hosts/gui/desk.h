@@ -4,6 +4,9 @@
 // owner makes it with a toolkit, puts Services() into the table that modules get, and ends
 // it when they have ended. The first half of the class is the owner's; the second is for
 // the toolkit, which tells here what the user did. Main thread only.
+//
+// Gadgets and dialogs that leave keep their memory until Deliver or RunTimers is called with
+// nothing of the desk on the stack. A call for one that has left does nothing.
 #pragma once
 
 #include <functional>
@@ -45,6 +48,7 @@ public:
     bool AskAndClose(Dialog& window);                     // as the user does; false if it stays
     void SaveLayout(VX3Container& layout);                // places and contents of all open windows
     void SetSavedLayout(const VX3Container& layout);      // for VX3DialogServices::restore
+    std::u16string KindName(Dialog& window);              // as its module calls this kind of window; empty if it does not
     void Deliver();                                       // core messages and posted messages, at this moment
     bool HasPosted() const;                               // something waits for Deliver
     void RunTimers();                                     // all that are due at toolkit.Now()
@@ -63,11 +67,14 @@ public:
     void UserPressed(Gadget& gadget);                                      // a button
     void UserMovedSplitter(Gadget& splitter, size_t border, int position); // in the window's inside
     void UserScrolled(Gadget& scroll, Point scrolled);
+    void UpdateMenu(Dialog& window); // before the menu bar is shown: names and states of the commands in it
     void UserChoseMenu(Dialog& window, int32_t id);
+    void UserMoved(Dialog& window, Point corner); // of its frame, on the screen
     void UserResized(Dialog& window, Size inside);
-    void UserClosed(Dialog& window);                  // asks the module first
-    void FocusMoved(Dialog& window, Gadget* focus);   // none: the window lost it
-    bool MoveDrag(Point screen, uint32_t qualifiers); // of RunDrag
+    void UserClosed(Dialog& window);                // asks the module first
+    void FocusMoved(Dialog& window, Gadget* focus); // none: the window lost it
+    // Of RunDrag, from when the pointer has really moved. False: the drag has ended here.
+    bool MoveDrag(Point screen, uint32_t qualifiers);
     void EndDrag(Point screen, uint32_t qualifiers, bool isDropped);
     // A drag from outside: over a window, dropped there, or gone.
     int32_t MoveForeignDrag(Point screen, uint32_t qualifiers, int32_t type, void* data);

@@ -80,11 +80,18 @@ struct Gadget {
     std::shared_ptr<TreeState> tree;
 
     // Set by the layout, in the inside of the window. A scroll group's child keeps its place as
-    // if nothing were scrolled; `scrolled` says how far it is, and `content` how large.
+    // if nothing were scrolled; `scrolled` says how far it is, and `content` how large. `view` is the
+    // size of what is seen of it: smaller than `place` by the bars that are shown. A tree is its own
+    // scroll group.
     Size need;
     Place place;
     Point scrolled;
     Size content;
+    Size view;
+
+    // The desk's own.
+    Place toldPart;      // of a scroll group: what its module was told that it shows
+    bool isGone = false; // it left its dialog; its memory goes when the main loop is back
 
     std::unique_ptr<Native> native;
 };
@@ -95,6 +102,7 @@ struct Area {
     void* object = nullptr;
     const VX3AreaTable* table = nullptr;
     Gadget* gadget = nullptr; // none: nowhere
+    Size toldSize;            // the size that its module was told
 };
 
 struct MenuItem {
@@ -105,6 +113,16 @@ struct MenuItem {
     std::u16string text; // with `&` in front of a letter for the keyboard, in menu bars
     uint32_t bits = 0;   // VX3_MENU bits
     std::vector<MenuItem> children;
+};
+
+// How far a dialog is on its way through one opening and closing. The desk's own.
+struct DialogLife {
+    bool isMade = false;      // of a window: the toolkit has it and its gadgets
+    bool isShown = false;     // of a dialog inside another: its module thinks that it can be seen
+    bool wantsClose = false;  // as soon as no callback runs in it
+    bool isAsking = false;    // askClose runs
+    bool isLeaving = false;   // the toolkit and the module were told that it goes
+    bool isDestroyed = false; // destroyWindow was called
 };
 
 // A dialog of a module: a window, or inside another.
@@ -132,6 +150,9 @@ struct Dialog {
     std::vector<std::vector<MenuItem>*> menuPath; // while it is being built
     Gadget* focus = nullptr;
     std::unique_ptr<Native> native;
+
+    DialogLife life;
+    int calls = 0; // callbacks and nested operations that run in it or in a dialog inside
 
     bool IsOpen() const { return state == State::Filling || state == State::Open; }
     Dialog& Window() { return parent ? parent->Window() : *this; }

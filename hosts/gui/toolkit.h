@@ -85,8 +85,11 @@ public:
     virtual void RunDrag(Gadget& area) = 0; // reports through Desk::MoveDrag and EndDrag; returns behind EndDrag
     virtual void ShowDragCursor(int32_t cursor) = 0;
     virtual int32_t RunPopup(Dialog& window, const std::vector<MenuItem>& menu, Point screen) = 0; // 0: none chosen
+    // The window is about to close: its rubber band, drag or popup menu ends as if the user had
+    // cancelled it, as soon as the stack is back there.
+    virtual void CancelNested(Dialog& window) = 0;
     virtual void OpenPopupEdit(Dialog& window, const Place& screen, const std::u16string& text) = 0;
-    virtual void ClosePopupEdit() = 0; // the desk has told the module already
+    virtual void ClosePopupEdit() = 0; // the desk tells the module: nothing is reported
 
     // Pointer, keys, boxes.
     virtual void SetCursor(int32_t cursor) = 0;
