@@ -1,0 +1,219 @@
+#include "gui/treestate.h"
+
+#include <algorithm>
+
+#include "core/values.h"
+#include "gui/layout.h"
+
+namespace vx3::gui {
+
+namespace {
+
+constexpr size_t mostRows = 1 << 20; // of a tree without an end, the rest is not shown
+constexpr int rowMargin = 3;         // above and below the text of a row without a height of its own
+
+TreeRow AskRow(const TreeState& tree, void* row, int depth, int top)
+{
+    const VX3TreeTable& table = *tree.table;
+    TreeRow asked = { row, 0, depth, top, 0, false, false };
+    asked.id = table.id ? table.id(tree.object, row) : static_cast<int64_t>(reinterpret_cast<intptr_t>(row));
+    asked.height = table.rowHeight ? table.rowHeight(tree.object, row) : tree.host->GetToolkit().FontHeight() + 2 * rowMargin;
+    asked.height = std::max(1, asked.height);
+    asked.isOpen = table.isOpen && table.isOpen(tree.object, row);
+    if (table.hasExpander)
+        asked.hasExpander = table.hasExpander(tree.object, row);
+    else
+        asked.hasExpander = table.firstChild && table.firstChild(tree.object, row);
+    return asked;
+}
+
+int WidthOfRow(const TreeState& tree, const TreeRow& row)
+{
+    const int indent = (row.depth + 1) * treeIndent;
+    if (tree.table->columnWidth)
+        return indent + std::max(0, tree.table->columnWidth(tree.object, row.row, VX3_COLUMN_ICON));
+    return indent + tree.host->GetToolkit().TextWidth(NameOfRow(tree, row.row)) + 2 * rowMargin;
+}
+
+// One row after the other, as they stand below each other: into what is open, and back out.
+class RowWalk
+{
+public:
+    explicit RowWalk(const TreeState& ownTree)
+        : tree(ownTree)
+        , row(tree.table->firstRoot ? tree.table->firstRoot(tree.object) : nullptr)
+    {
+    }
+
+    void* Row() const { return row; }
+    int Depth() const { return static_cast<int>(above.size()); }
+
+    void Advance(bool isOpen)
+    {
+        void* child = isOpen && tree.table->firstChild ? tree.table->firstChild(tree.object, row) : nullptr;
+        if (child) {
+            above.push_back(row);
+            row = child;
+            return;
+        }
+        row = Next(row);
+        while (!row && !above.empty()) {
+            row = Next(above.back());
+            above.pop_back();
+        }
+    }
+
+private:
+    void* Next(void* of) const { return tree.table->next ? tree.table->next(tree.object, of) : nullptr; }
+
+    const TreeState& tree;
+    void* row;
+    std::vector<void*> above;
+};
+
+void AskRows(TreeState& tree)
+{
+    tree.rows.clear();
+    tree.content = {};
+    for (RowWalk walk(tree); walk.Row() && tree.rows.size() < mostRows; walk.Advance(tree.rows.back().isOpen)) {
+        tree.rows.push_back(AskRow(tree, walk.Row(), walk.Depth(), tree.content.height));
+        const TreeRow& row = tree.rows.back();
+        tree.content = { std::max(tree.content.width, WidthOfRow(tree, row)), row.top + row.height };
+    }
+}
+
+} // namespace
+
+void AttachTree(Gadget& gadget, TreeHost& host, void* object, const VX3TreeTable* table)
+{
+    gadget.tree = std::make_shared<TreeState>();
+    gadget.tree->host = &host;
+    gadget.tree->object = object;
+    gadget.tree->table = table;
+    gadget.scrolled = {};
+    RedrawTree(gadget);
+    host.SettleLater(gadget);
+}
+
+void RefreshTree(Gadget& gadget)
+{
+    gadget.tree->isStale = true;
+    gadget.tree->rows.clear();
+    RedrawTree(gadget);
+    gadget.tree->host->SettleLater(gadget);
+}
+
+void SettleTree(Gadget& gadget)
+{
+    const Size content = gadget.content;
+    const Size view = gadget.view;
+    const Point scrolled = gadget.scrolled;
+    Toolkit& toolkit = gadget.tree->host->GetToolkit();
+    LayOutTree(toolkit, gadget);
+    if (content == gadget.content && view == gadget.view && scrolled == gadget.scrolled)
+        return;
+    toolkit.ShowGadget(gadget, Change::Scrolled);
+    RedrawTree(gadget);
+}
+
+void LayOutTree(Toolkit& toolkit, Gadget& gadget)
+{
+    gadget.view = gadget.place.Extent();
+    Size need;
+    if (gadget.tree) {
+        RowsOf(*gadget.tree);
+        need = gadget.tree->content;
+    }
+    const int bar = toolkit.GetMetrics().scrollBar;
+    const int bottomBar = need.width > gadget.view.width ? bar : 0;
+    if (need.height > gadget.view.height - bottomBar)
+        gadget.view.width = std::max(0, gadget.view.width - bar);
+    if (need.width > gadget.view.width)
+        gadget.view.height = std::max(0, gadget.view.height - bar);
+    gadget.content = need.Widened(gadget.view);
+    ClampScrolled(gadget);
+}
+
+void RedrawTree(Gadget& gadget)
+{
+    gadget.tree->host->GetToolkit().Redraw(gadget, { 0, 0, gadget.place.width, gadget.place.height });
+}
+
+const std::vector<TreeRow>& RowsOf(TreeState& tree)
+{
+    if (tree.isStale)
+        AskRows(tree);
+    tree.isStale = false;
+    return tree.rows;
+}
+
+std::optional<size_t> FindRow(TreeState& tree, const void* row)
+{
+    const std::vector<TreeRow>& rows = RowsOf(tree);
+    const auto found = std::find_if(rows.begin(), rows.end(), [&](const TreeRow& candidate) { return candidate.row == row; });
+    return found == rows.end() ? std::nullopt : std::optional<size_t>(found - rows.begin());
+}
+
+std::optional<size_t> FindRowById(TreeState& tree, std::optional<int64_t> id)
+{
+    if (!id)
+        return std::nullopt;
+    const std::vector<TreeRow>& rows = RowsOf(tree);
+    const auto found = std::find_if(rows.begin(), rows.end(), [&](const TreeRow& candidate) { return candidate.id == *id; });
+    return found == rows.end() ? std::nullopt : std::optional<size_t>(found - rows.begin());
+}
+
+std::optional<size_t> RowAt(Gadget& gadget, int y)
+{
+    const std::vector<TreeRow>& rows = RowsOf(*gadget.tree);
+    const int inContent = y + gadget.scrolled.y;
+    if (y < 0 || y >= gadget.view.height || inContent >= gadget.tree->content.height)
+        return std::nullopt;
+    const auto behind = std::upper_bound(rows.begin(), rows.end(), inContent, [](int at, const TreeRow& row) { return at < row.top; });
+    return static_cast<size_t>(behind - rows.begin()) - 1;
+}
+
+std::optional<size_t> ParentOf(TreeState& tree, size_t index)
+{
+    const std::vector<TreeRow>& rows = RowsOf(tree);
+    for (size_t i = index; i-- > 0;)
+        if (rows[i].depth < rows[index].depth)
+            return i;
+    return std::nullopt;
+}
+
+Place PlaceOfRow(const Gadget& gadget, const TreeRow& row)
+{
+    return { 0, row.top - gadget.scrolled.y, gadget.view.width, row.height };
+}
+
+std::u16string NameOfRow(const TreeState& tree, void* row)
+{
+    core::Text name;
+    if (tree.table->name)
+        tree.table->name(tree.object, row, name.Get());
+    return name.Units();
+}
+
+void ShowTreeRow(Gadget& gadget, size_t index)
+{
+    SettleTree(gadget);
+    const TreeRow& row = gadget.tree->rows[index];
+    const int above = row.top - gadget.scrolled.y;
+    const int below = row.top + row.height - gadget.scrolled.y - gadget.view.height;
+    if (above < 0 || below > 0)
+        ScrollTree(gadget, { 0, above < 0 || row.height > gadget.view.height ? above : below });
+}
+
+void ScrollTree(Gadget& gadget, Point by)
+{
+    const Point before = gadget.scrolled;
+    gadget.scrolled = gadget.scrolled + by;
+    ClampScrolled(gadget);
+    if (gadget.scrolled == before)
+        return;
+    gadget.tree->host->GetToolkit().ShowGadget(gadget, Change::Scrolled);
+    RedrawTree(gadget);
+}
+
+} // namespace vx3::gui
