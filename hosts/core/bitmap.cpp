@@ -18,7 +18,7 @@ constexpr int32_t alphaDepth = 32;
 
 VX3Bitmap* MakeBitmap(Pixels pixels)
 {
-    auto* bitmap = new (std::nothrow) VX3Bitmap{ std::move(pixels) };
+    auto* bitmap = new (std::nothrow) VX3Bitmap(std::move(pixels));
     if (bitmap)
         liveCounters.bitmaps.Add();
     return bitmap;
@@ -73,7 +73,8 @@ VX3Bool AddAlpha(VX3Bitmap* bitmap)
 {
     if (!bitmap)
         return 0;
-    bitmap->pixels.hasAlpha = true; // the bytes are there and opaque
+    if (!std::exchange(bitmap->pixels.hasAlpha, true)) // the bytes are there and opaque
+        bitmap->MarkWritten();
     return 1;
 }
 
@@ -98,6 +99,7 @@ VX3Bool WritePixels(VX3Bitmap* bitmap, int32_t x, int32_t y, int32_t count, cons
     std::memcpy(out, rgba, size_t(count) * bytesPerPixel);
     for (int32_t pixel = 0; !bitmap->pixels.hasAlpha && pixel < count; ++pixel)
         out[size_t(pixel) * bytesPerPixel + 3] = opaque;
+    bitmap->MarkWritten();
     return 1;
 }
 
@@ -108,7 +110,10 @@ VX3Bool Scale(const VX3Bitmap* source, int32_t left, int32_t top, int32_t right,
     PixelRect to = { targetLeft, targetTop, targetRight, targetBottom };
     if (!source || !target || source == target || !from.IsInside(source->pixels) || to.left > to.right || to.top > to.bottom)
         return 0;
-    return ScalePixels(source->pixels, from, target->pixels, to);
+    if (!ScalePixels(source->pixels, from, target->pixels, to))
+        return 0;
+    target->MarkWritten();
+    return 1;
 }
 
 VX3Bitmap* Cut(const VX3Bitmap* bitmap, int32_t x, int32_t y, int32_t width, int32_t height)
@@ -134,8 +139,10 @@ try {
         return VX3_IMAGE_NOT_FOUND;
     Pixels pixels;
     int32_t result = LoadPicture(*path, frame, pixels);
-    if (result == VX3_IMAGE_OK)
-        bitmap->pixels = std::move(pixels);
+    if (result != VX3_IMAGE_OK)
+        return result;
+    bitmap->pixels = std::move(pixels);
+    bitmap->MarkWritten();
     return result;
 } catch (const std::bad_alloc&) {
     return VX3_IMAGE_NO_MEMORY;

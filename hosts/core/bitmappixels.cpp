@@ -44,4 +44,15 @@ void Pixels::MakeOpaque()
         *alpha = opaque;
 }
 
+BitmapMark MarkOf(const VX3Bitmap& bitmap)
+{
+    return { bitmap.serial, bitmap.revision.load(std::memory_order_acquire) };
+}
+
+BitmapView ViewOf(const VX3Bitmap& bitmap)
+{
+    const Pixels& pixels = bitmap.pixels;
+    return { pixels.Width(), pixels.Height(), pixels.hasAlpha, pixels.Row(0), pixels.RowBytes() };
+}
+
 } // namespace vx3::core

@@ -1,11 +1,15 @@
 // The pixels of a bitmap or of a picture that is being decoded: bytes r, g, b, a, row 0
 // on top, the alpha straight. Without an alpha channel every alpha byte is 255, so that
 // rows can be copied as they are. Owned by whoever holds it; no lock.
+//
+// Of a bitmap of the table BitmapView shows the same, for hosts that draw it.
 #pragma once
 
+#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <utility>
 
 namespace vx3::core {
 
@@ -60,6 +64,46 @@ struct PixelRect {
 
 } // namespace vx3::core
 
+// Who writes says so at the end (MarkWritten). Serial and revision may be asked for while
+// another thread writes, the pixels may not.
 struct VX3Bitmap {
+    explicit VX3Bitmap(vx3::core::Pixels whole)
+        : pixels(std::move(whole))
+    {
+    }
+    void MarkWritten() { revision.fetch_add(1, std::memory_order_release); }
+
     vx3::core::Pixels pixels;
+    const uint64_t serial = nextSerial.fetch_add(1, std::memory_order_relaxed);
+    std::atomic<uint64_t> revision{ 1 };
+
+private:
+    static inline std::atomic<uint64_t> nextSerial{ 1 };
 };
+
+namespace vx3::core {
+
+// Which picture stands in a bitmap. Two marks are equal only if it is the same one: a host
+// that keeps a bitmap in a form of its own keeps the mark beside it. No two bitmaps of a
+// process have the same serial, not even one after the other at one address.
+struct BitmapMark {
+    uint64_t serial = 0; // never 0 of a bitmap
+    uint64_t revision = 0;
+
+    bool operator==(const BitmapMark&) const = default;
+};
+
+BitmapMark MarkOf(const VX3Bitmap& bitmap); // any thread, also while one writes
+
+// Borrowed until the bitmap is written or freed. Several threads may read, none write.
+struct BitmapView {
+    int32_t width = 0;
+    int32_t height = 0;
+    bool hasAlpha = false;
+    const uint8_t* bytes = nullptr; // r, g, b, a, row 0 on top; a is straight, and 255 without alpha
+    size_t rowBytes = 0;            // from one row to the next
+};
+
+BitmapView ViewOf(const VX3Bitmap& bitmap);
+
+} // namespace vx3::core

@@ -2,7 +2,11 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <functional>
+#include <set>
+#include <utility>
 
+#include "core/bitmappixels.h"
 #include "core/livecounts.h"
 #include "samples.h"
 
@@ -64,6 +68,58 @@ TEST(Bitmap, PixelsAreReadAndWrittenInsideOnly)
     EXPECT_EQ(PixelAt(copy, 0, 0)[3], 9);
     EXPECT_EQ(PixelAt(copy, 1, 0)[3], 255);
     EXPECT_EQ(PixelAt(bitmap, 0, 0)[0], 0);
+}
+
+TEST(Bitmap, EveryWriteGivesItAnotherMark)
+{
+    Bitmap bitmap = MakeBitmap(24, 16);
+    Bitmap other = MakeBitmap(24, 16, true);
+    const uint8_t pixel[4] = { 1, 2, 3, 4 };
+    const Bytes file = ReadSample(Samples().front().name);
+    const Bytes noFile = { 'n', 'o' };
+    BitmapMark before = MarkOf(*bitmap);
+    auto takeChange = [&] { return std::exchange(before, MarkOf(*bitmap)) != before; };
+    EXPECT_NE(before.serial, 0u);
+    const std::pair<const char*, std::function<bool()>> writes[] = {
+        { "pixels", [&] { return bitmaps.writePixels(bitmap.get(), 0, 0, 1, pixel); } },
+        { "scaled", [&] { return ScaleWhole(other, bitmap); } },
+        { "alpha", [&] { return bitmaps.addAlpha(bitmap.get()); } },
+        { "loaded", [&] { return Decode(file, bitmap) == VX3_IMAGE_OK; } },
+    };
+    for (const auto& [name, write] : writes) {
+        EXPECT_TRUE(write()) << name;
+        EXPECT_TRUE(takeChange()) << name;
+    }
+    uint8_t back[4];
+    bitmaps.readPixels(bitmap.get(), 0, 0, 1, back);
+    EXPECT_TRUE(ScaleWhole(bitmap, other));
+    EXPECT_FALSE(bitmaps.writePixels(bitmap.get(), -1, 0, 1, pixel));
+    EXPECT_NE(Decode(noFile, bitmap), VX3_IMAGE_OK);
+    EXPECT_FALSE(takeChange()) << "read only, or as it was";
+    EXPECT_NE(MarkOf(*Bitmap(bitmaps.clone(bitmap.get()))).serial, before.serial);
+}
+
+// One after the other, which may get the same memory.
+TEST(Bitmap, NoTwoHaveOneSerial)
+{
+    std::set<uint64_t> serials;
+    constexpr size_t count = 1000;
+    for (size_t i = 0; i < count; ++i)
+        serials.insert(MarkOf(*MakeBitmap(1, 1)).serial);
+    EXPECT_EQ(serials.size(), count);
+}
+
+TEST(Bitmap, AViewShowsThePixels)
+{
+    Bitmap bitmap = MakeBitmap(5, 3, true);
+    SetPixel(bitmap, 4, 2, { 1, 2, 3, 4 });
+    const BitmapView view = ViewOf(*bitmap);
+    EXPECT_EQ(view.width, 5);
+    EXPECT_EQ(view.height, 3);
+    EXPECT_TRUE(view.hasAlpha);
+    const uint8_t* pixel = view.bytes + 2 * view.rowBytes + 4 * bytesPerPixel;
+    EXPECT_EQ((Colour{ pixel[0], pixel[1], pixel[2], pixel[3] }), (Colour{ 1, 2, 3, 4 }));
+    EXPECT_FALSE(ViewOf(*MakeBitmap(1, 1)).hasAlpha);
 }
 
 TEST(Bitmap, ACutIsTheRectangleOrNothing)
