@@ -10,7 +10,8 @@
 namespace vx3::core {
 
 // Loads a shared library, walks it through the order of a life, and unloads it.
-// Main thread only. `table` must live as long as this object.
+// Main thread only. `table` must live as long as this object. What the module registers
+// has this object as its Registrant.
 class ModuleLoader
 {
 public:
@@ -31,6 +32,7 @@ public:
     int32_t Call(int32_t action, void* arg1 = nullptr, void* arg2 = nullptr, void* arg3 = nullptr);
     int32_t Send(intptr_t message, void* data = nullptr);
     const std::string& Error() const { return error; }
+    const std::string& Binary() const { return path; } // beside which the module's resources lie
 
 private:
     void* library = nullptr;

@@ -5,13 +5,12 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <map>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include "core/corehost.h"
+#include "core/description.h"
 #include "core/values.h"
 
 namespace vx3::core {
@@ -100,28 +99,17 @@ TEST(Strings, TheHostReadsEveryTextOfEveryLanguage)
 TEST(Strings, ThePreferencePageHasItsTexts)
 {
     LoadedTexts texts("us");
-    std::ifstream file(ModuleFolder() / "res" / "descriptions" / "Prefsbrowser.txt");
-    std::vector<int> elements;
-    for (std::string line; std::getline(file, line);) {
-        if (line.starts_with('#'))
-            continue;
-        std::istringstream words(line);
-        int element = 0, text = 0;
-        std::string type;
-        ASSERT_TRUE(words >> element >> type >> text) << line;
-        elements.push_back(element);
-        EXPECT_NE(texts.Find(text), "") << line;
-        std::vector<int> more{ std::istream_iterator<int>(words), {} };
-        if (type == "number") {
-            EXPECT_TRUE(more.size() == 3 && more[0] < more[1] && more[2] > 0 && (more[1] - more[0]) % more[2] == 0) << line;
-        } else if (type == "choice") {
-            for (int choice : more)
-                EXPECT_NE(texts.Find(choice), "") << line;
-        } else {
-            EXPECT_TRUE((type == "switch" || type == "url") && more.empty()) << line;
-        }
+    const Description page = LoadDescription((ModuleFolder() / "browser.so").string(), "Prefsbrowser");
+    EXPECT_EQ(page.problems, std::vector<std::string>());
+    std::vector<int32_t> ids;
+    for (const DescribedElement& element : page.elements) {
+        ids.push_back(element.id);
+        EXPECT_NE(texts.Find(element.text), "") << element.id;
+        EXPECT_EQ((element.maximum - element.minimum) % element.step, 0) << element.id << ": the last step leads past the end";
+        for (int32_t choice : element.choices)
+            EXPECT_NE(texts.Find(choice), "") << element.id;
     }
-    EXPECT_EQ(elements, (std::vector<int>{ 1002, 1003, 1004, 1005, 1009, 1011, 1012, 1007, 1008, 1000 }));
+    EXPECT_EQ(ids, (std::vector<int32_t>{ 1002, 1003, 1004, 1005, 1009, 1011, 1012, 1007, 1008, 1000 }));
 }
 
 } // namespace vx3::core
