@@ -84,9 +84,11 @@ enum { VX3_FIND_PLAIN = 1, VX3_FIND_DEEPEST = 2, VX3_FIND_POPULATE = 4 };
 /* Orders of `sortedChildren`. */
 enum { VX3_SORT_NAME = 1, VX3_SORT_MODIFIED = 2, VX3_SORT_CREATED = 3, VX3_SORT_SIZE = 4, VX3_SORT_TYPE = 5, VX3_SORT_NONE = 6 };
 
-/* 0: browser windows. None yet. */
+/* 0: browser windows; none without a GUI section. */
 typedef struct VX3BrowserWindows {
-    VX3Bool (*open)(VX3Url* url); /* [gui-thread] [may-block] [nested] */
+    /* Opens a window on a URL, or on the deepest node of it that is there. 0 if 16 are
+     * open. [gui-thread] [may-block] [nested] */
+    VX3Bool (*open)(VX3Url* url);
 } VX3BrowserWindows;
 
 /* 1: the tree. */
@@ -342,11 +344,22 @@ typedef struct VX3ToolFunctions {
     /* Writes a setting from text; 0 if it is not a value of it or cannot be kept.
      * [gui-thread] */
     VX3Bool (*setPreference)(int32_t key, const VX3String* value);
+    /* For scripts. A place is the text of a URL, or of a path that begins with a slash or a
+     * drive; a window is its slot from 0 to 15, or -1 for the one in front. Opens a window;
+     * an empty place is the start URL. [gui-thread] [may-block] [nested] */
+    VX3Bool (*openWindow)(const VX3String* place);
+    /* Goes to a place; 0, and nothing done, if it is not there. [gui-thread] [may-block] [nested] */
+    VX3Bool (*goTo)(int32_t window, const VX3String* place);
+    /* Describes a window in lines: `what` is "list", "history" or "state". 0 for another
+     * word, or without such a window. [gui-thread] */
+    VX3Bool (*describeWindow)(int32_t window, const char* what, VX3String* text);
+    /* Does something wait for the window's next tick? [gui-thread] */
+    VX3Bool (*isWorking)(int32_t window);
 } VX3ToolFunctions;
 
 /* The published table. */
 typedef struct VX3Browser {
-    const VX3BrowserWindows* windows;        /* 0, none yet */
+    const VX3BrowserWindows* windows;        /* 0, none without windows */
     const VX3TreeFunctions* tree;            /* 1 */
     const VX3IconFunctions* icons;           /* 2 */
     const VX3LibraryFunctions* libraries;    /* 3, none yet */

@@ -28,7 +28,9 @@ typedef struct VX3CommandTable {
     void (*destruct)(void* object);     /* [start-end] */
     VX3Bool (*execute)(void* object);   /* [gui-thread] [may-block] [nested] */
     void (*reserved2)(void* object);    /* none [gui-thread] */
-    void (*reserved3)(void* object);    /* none [gui-thread] */
+    /* Opens the window of a sub-id with what a saved layout holds of it, by `restore` of
+     * guidialog.h. 0 if this command opens none. [gui-thread] [nested] */
+    VX3Bool (*restore)(void* object, int32_t subId);
     uint32_t (*getState)(void* object); /* VX3_COMMAND bits [gui-thread] */
 } VX3CommandTable;
 

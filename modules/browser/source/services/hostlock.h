@@ -38,6 +38,7 @@ enum class LockRank : int32_t {
     Node = 30,     // a node's own fields that are not links
     Registry = 40, // the sequence of plugins
     Link = 50,     // RTreeNode::lock
+    Windows = 60,  // the slots of the windows: flags are set under it, nothing else
 };
 
 // 64-bit word, as the links of a node have it.
