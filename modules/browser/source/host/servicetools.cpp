@@ -81,9 +81,19 @@ VX3Bool SetPreference(int32_t key, const VX3String* value)
     return SetPreferenceText(key, String::Of(value));
 }
 
-constexpr VX3ToolFunctions toolSection = {
-    sizeof(VX3ToolFunctions), SortedChildren, FreeNodes, Compare, FindNearest, MarkNodeDirty, PreferenceRow, GetPreference, SetPreference
-};
+constexpr VX3ToolFunctions toolSection = { sizeof(VX3ToolFunctions),
+                                           SortedChildren,
+                                           FreeNodes,
+                                           Compare,
+                                           FindNearest,
+                                           MarkNodeDirty,
+                                           PreferenceRow,
+                                           GetPreference,
+                                           SetPreference,
+                                           nullptr,
+                                           nullptr,
+                                           nullptr,
+                                           nullptr };
 
 } // namespace
 
