@@ -43,11 +43,10 @@ typedef struct VX3AreaServices {
     VX3Bool (*getSize)(VX3Area area, int32_t* width, int32_t* height); /* [gui-thread] */
     /* Draws it again, later; none for all of it. [gui-thread] */
     VX3Bool (*redraw)(VX3Area area, const VX3Rectangle* part);
-    VX3Bool (*activate)(VX3Area area); /* Gives it the focus. [gui-thread] */
-    VX3Bool (*hasFocus)(VX3Area area); /* [gui-thread] */
-    /* A point from the screen into the area, and back. [gui-thread] */
-    VX3Bool (*toLocal)(VX3Area area, int32_t* x, int32_t* y);
-    VX3Bool (*toScreen)(VX3Area area, int32_t* x, int32_t* y);
+    VX3Bool (*activate)(VX3Area area);                         /* Gives it the focus. [gui-thread] */
+    VX3Bool (*hasFocus)(VX3Area area);                         /* [gui-thread] */
+    VX3Bool (*toLocal)(VX3Area area, int32_t* x, int32_t* y);  /* A point of the screen, in the area. [gui-thread] */
+    VX3Bool (*toScreen)(VX3Area area, int32_t* x, int32_t* y); /* And back. [gui-thread] */
     /* Sends a message without contents to the area, later; one that waits already is not
      * sent twice. [gui-thread] */
     VX3Bool (*post)(VX3Area area, int32_t code);

@@ -118,9 +118,9 @@ typedef struct VX3GadgetServices {
     VX3Bool (*setWeights)(VX3Dialog dialog, int32_t splitter, const VX3Container* weights); /* [gui-thread] */
     VX3Bool (*getWeights)(VX3Dialog dialog, int32_t splitter, VX3Container* weights);       /* [gui-thread] */
     /* The part of its child that a scroll group shows, in the child's coordinates: x2 and
-     * y2 lie behind the last pixel. Setting moves it as far as there is something to see,
-     * and looks at x1 and y1 only. [gui-thread] */
+     * y2 lie behind the last pixel. [gui-thread] */
     VX3Bool (*getVisiblePart)(VX3Dialog dialog, int32_t scroll, VX3Rectangle* part);
+    /* Moves it as far as there is something to see; looks at x1 and y1 only. [gui-thread] */
     VX3Bool (*setVisiblePart)(VX3Dialog dialog, int32_t scroll, const VX3Rectangle* part);
     /* Where a gadget stands on the screen. [gui-thread] */
     VX3Bool (*getScreenPlace)(VX3Dialog dialog, int32_t id, VX3Rectangle* place);
