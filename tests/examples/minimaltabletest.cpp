@@ -361,6 +361,16 @@ TEST_F(MinimalTable, WalksGiveTheSameEntries)
     }
 }
 
+// What the small host does not offer answers as the headers let it fail.
+TEST_F(MinimalTable, FoldersAreNotWatchedAndMenusRefused)
+{
+    const VX3Host* small = hosts[0];
+    auto hear = [](void*) {};
+    EXPECT_EQ(small->folder->watch(Path(small, u"/"), hear, nullptr), nullptr);
+    small->folder->unwatch(nullptr);
+    EXPECT_EQ(small->registry->registerMenu(1, Text(small, u"Menu")), 0);
+}
+
 TEST_F(MinimalTable, TheLocksKeepThreadsApart)
 {
     const VX3LockServices& locks = *hosts[0]->lock;

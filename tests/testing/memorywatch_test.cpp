@@ -16,7 +16,7 @@ public:
     explicit WatchedFolder(Files where)
         : host({ .files = where })
         , table(*host.Table())
-        , root(where == Files::OnDisk ? host.Folder() + "/root" : "/root")
+        , root(where == Files::OnDisk ? host.Folder() + "/top" : "/top")
     {
         for (const char* folder : { "", "/watched", "/watched/inner", "/other" })
             table.folder->createFolder(At(folder).Get());
@@ -131,13 +131,13 @@ TEST(MemoryWatch, WhatATestBuildsIsTold)
     MemoryFileSystem& fs = watched.host.FileSystem();
     const auto before = fs.Keep();
     const std::pair<const char*, std::function<void()>> changes[] = {
-        { "file", [&] { fs.AddFile("/root/watched/new", "x"); } },
-        { "folder", [&] { fs.AddFolder("/root/watched/a/b"); } },
+        { "file", [&] { fs.AddFile("/top/watched/new", "x"); } },
+        { "folder", [&] { fs.AddFolder("/top/watched/a/b"); } },
         { "date",
           [&] {
-              fs.SetDates("/root/watched/file", { 2001, 1, 1, 0, 0, 0 }, {});
+              fs.SetDates("/top/watched/file", { 2001, 1, 1, 0, 0, 0 }, {});
           } },
-        { "removal", [&] { fs.Remove("/root/watched/new"); } },
+        { "removal", [&] { fs.Remove("/top/watched/new"); } },
         { "another tree", [&] { fs.Restore(before); } },
     };
     for (const auto& [name, change] : changes) {
@@ -150,7 +150,7 @@ TEST(MemoryWatch, WhatATestBuildsIsTold)
 TEST(MemoryWatch, WhatIsRemovedAboveTakesTheFolderAlong)
 {
     WatchedFolder watched(Files::InMemory);
-    watched.host.FileSystem().Remove("/root");
+    watched.host.FileSystem().Remove("/top");
     EXPECT_EQ(watched.Deliver(), 1);
 }
 
