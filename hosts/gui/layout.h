@@ -10,6 +10,7 @@
 // - A child that is hidden keeps its cell, but a row or column of only such cells is gone.
 // - The least size of a shape replaces what can be cut (texts, fields, sliders) and adds to
 //   what cannot (buttons, areas, groups).
+// - If no column or row of a group scales, those with something that fits share what is left.
 // - The root of a dialog, pages, parts of a splitter and what a scroll group shows fill their place
 //   whatever their flags.
 // - A separator in a single row stands upright; elsewhere it has a row of its own.

@@ -57,7 +57,7 @@ LayoutPass::LayoutPass(Toolkit& ownToolkit)
 
 int LayoutPass::Measure(Gadget& gadget, Axis axis)
 {
-    const int contents = std::max(0, MeasureContents(gadget, axis));
+    const int contents = std::clamp(MeasureContents(gadget, axis), 0, mostLength);
     const int wanted = axis == Axis::Horizontal ? gadget.shape.minWidth : gadget.shape.minHeight;
     int& need = LengthOf(gadget.need, axis);
     need = wanted > 0 && CanBeCut(gadget) ? wanted : std::max(contents, wanted);
@@ -106,6 +106,7 @@ std::vector<Track> LayoutPass::TracksOf(Gadget& group, Axis axis) const
         track.isUsed = true;
         track.need = std::max(track.need, LengthOf(child->need, axis));
         track.scales |= child->Has(axis == Axis::Horizontal ? VX3_FLAG_SCALE_H : VX3_FLAG_SCALE_V);
+        track.fits |= child->Has(axis == Axis::Horizontal ? VX3_FLAG_FIT_H : VX3_FLAG_FIT_V);
     }
     return tracks;
 }
@@ -113,13 +114,15 @@ std::vector<Track> LayoutPass::TracksOf(Gadget& group, Axis axis) const
 int LayoutPass::MeasureSplitter(Gadget& splitter, Axis axis)
 {
     const bool isAlong = IsColumn(splitter) == (axis == Axis::Vertical);
+    bool isFirst = true;
     int along = 0;
     int across = 0;
     for (const auto& child : splitter.children) {
         if (!child->IsShown())
             continue;
         const int need = Measure(*child, axis);
-        along += need + (along > 0 ? metrics.splitterWidth : 0);
+        along = std::min(mostLength, along + need + (isFirst ? 0 : metrics.splitterWidth));
+        isFirst = false;
         across = std::max(across, need);
     }
     return isAlong ? along : across;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace vx3::gui {
 
@@ -21,6 +22,14 @@ int CountScaling(const std::vector<Track>& tracks)
     return static_cast<int>(std::count_if(tracks.begin(), tracks.end(), [](const Track& track) { return track.isUsed && track.scales; }));
 }
 
+void LetFittingScale(std::vector<Track>& tracks)
+{
+    if (CountScaling(tracks) > 0)
+        return;
+    for (Track& track : tracks)
+        track.scales = track.fits;
+}
+
 void ShareSurplus(std::vector<Track>& tracks, int surplus)
 {
     int sharers = CountScaling(tracks);
@@ -34,20 +43,31 @@ void ShareSurplus(std::vector<Track>& tracks, int surplus)
     }
 }
 
-// Takes from those that scale evenly; one that has less gives all of it, and the others more.
+// What tracks that scale have together if none is longer than `most`.
+int64_t LengthUpTo(const std::vector<Track>& tracks, int most)
+{
+    int64_t sum = 0;
+    for (const Track& track : tracks)
+        if (track.isUsed && track.scales)
+            sum += std::min(track.length, most);
+    return sum;
+}
+
+// Cuts the longest of those that scale, so that short ones stay whole as long as that does it.
 void ShareDeficit(std::vector<Track>& tracks, int deficit)
 {
-    for (int givers = 1; deficit > 0 && givers > 0;) {
-        givers = static_cast<int>(std::count_if(tracks.begin(), tracks.end(),
-                                                [](const Track& track) { return track.isUsed && track.scales && track.length > 0; }));
-        const int share = givers > 0 ? std::max(1, deficit / givers) : 0;
-        for (Track& track : tracks) {
-            if (!track.isUsed || !track.scales)
-                continue;
-            const int taken = std::min({ share, track.length, deficit });
-            track.length -= taken;
-            deficit -= taken;
-        }
+    const int64_t wanted = std::max<int64_t>(0, LengthUpTo(tracks, mostLength) - deficit);
+    int fitting = 0;
+    for (int tooLong = mostLength + 1; tooLong - fitting > 1;) {
+        const int tried = fitting + (tooLong - fitting) / 2;
+        (LengthUpTo(tracks, tried) <= wanted ? fitting : tooLong) = tried;
+    }
+    int64_t rest = wanted - LengthUpTo(tracks, fitting);
+    for (Track& track : tracks) {
+        if (!track.isUsed || !track.scales || track.length <= fitting)
+            continue;
+        track.length = fitting + (rest > 0 ? 1 : 0);
+        rest -= rest > 0 ? 1 : 0;
     }
 }
 
@@ -109,21 +129,22 @@ void SettleLength(std::vector<Part>& parts, int length)
 
 int NeedOfTracks(const std::vector<Track>& tracks, int spacing)
 {
-    int need = SpacingOf(tracks, spacing);
+    int64_t need = SpacingOf(tracks, spacing);
     for (const Track& track : tracks)
         if (track.isUsed)
             need += track.need;
-    return need;
+    return static_cast<int>(std::min<int64_t>(need, mostLength));
 }
 
 void SpreadTracks(std::vector<Track>& tracks, int from, int length, int spacing)
 {
     for (Track& track : tracks)
         track.length = track.isUsed ? track.need : 0;
+    LetFittingScale(tracks);
     const int surplus = length - NeedOfTracks(tracks, spacing);
     if (surplus > 0)
         ShareSurplus(tracks, surplus);
-    else
+    else if (surplus < 0)
         ShareDeficit(tracks, -surplus);
     for (Track& track : tracks) {
         track.from = from;

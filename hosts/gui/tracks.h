@@ -8,10 +8,14 @@
 
 namespace vx3::gui {
 
+// Longer than this nothing is, so that sums of lengths stay numbers.
+constexpr int mostLength = 1 << 27;
+
 // One column or row. One that is not used takes no room and no spacing.
 struct Track {
     int need = 0;
     bool scales = false;
+    bool fits = false; // scales if no other does
     bool isUsed = false;
     int from = 0;
     int length = 0;
@@ -20,7 +24,8 @@ struct Track {
 int NeedOfTracks(const std::vector<Track>& tracks, int spacing);
 
 // Gives every track its place in `length` pixels from `from`. Those that scale share what is left
-// over; if there is too little they share what is missing, down to nothing.
+// over, or if none does those that fit; if there is too little the longest of them give
+// what is missing, down to nothing.
 void SpreadTracks(std::vector<Track>& tracks, int from, int length, int spacing);
 
 // One part of a splitter.

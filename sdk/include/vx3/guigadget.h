@@ -40,7 +40,8 @@ typedef enum VX3GadgetKind {
 } VX3GadgetKind;
 
 /* Without a FIT a gadget has its least size and stands in the middle; with one it fills its
- * cell. A SCALE gives its column or row a share of what is left over. */
+ * cell. A SCALE gives its column or row a share of what is left over; in a group without any,
+ * the columns or rows with a FIT share it. */
 enum {
     VX3_FLAG_FIT_H = 1,
     VX3_FLAG_FIT_V = 2,
