@@ -1,18 +1,23 @@
 // The pane of a window that shows the children of one node.
 //
 // Binds a node to a list of entries and a view, filters and sorts, and keeps the scroll
-// position of each folder. Owned by one BrowserDialog; its views call back into it for
-// every action on a node. Main thread only.
+// position of each folder. Owned by one window; its views call back into it for every
+// action on a node. Main thread only.
+//
+// The window is closed and opened again any number of times. While it is closed the pane
+// holds no nodes, unless one is set for the next opening.
 #pragma once
 
 #include "services/gedialog.h"
+#include "ui/busybutton.h"
 #include "ui/contententrylist.h"
 #include "ui/folderfilter.h"
 #include "ui/iconlistview.h"
+#include "ui/zoomcontrols.h"
 
 namespace browser {
 
-class BrowserDialog;
+struct DragInfo;
 
 enum class ViewMode : int32_t {
     Unchanged = 0,
@@ -25,9 +30,10 @@ public:
     FolderContentDialog();
     ~FolderContentDialog() override;
 
-    void Init(BrowserDialog* ownWindow, ViewMode mode);
+    void Init(PaneWindow* ownWindow, ViewMode mode);
 
-    // What is shown. With `force` although it is the same node; `select` stands selected then.
+    // What is shown: the children of a node, or without one all roots. With `force`
+    // although it is the same node; `select` stands selected then.
     void SetNode(ContentRef newNode, bool force, ContentRef select, ViewMode mode);
     void Refresh() { SetNode(node, true, ContentRef(), ViewMode::Unchanged); }
     ContentRef GetNode() const { return node; }
@@ -56,6 +62,46 @@ public:
     void ShowContextMenu();
     bool HasFocus() const { return hasFocus; }
     void ActivateView();
+    PaneWindow& Window() const { return *window; }
+
+protected:
+    bool CreateLayout() override;
+    bool InitValues() override;
+    bool Command(int32_t id, const BaseContainer& event) override;
+    void Timer() override;
+    void CoreMessage(int32_t id, const BaseContainer& message) override;
+    bool Message(int32_t code, const BaseContainer& message, BaseContainer& result) override;
+    void DestroyWindow() override;
+
+private:
+    // Steps of SetNode.
+    void ShowNode(bool isNewPlace, const ContentRef& select);
+    void Synchronize();
+    NodeRef FirstChild() const;
+    void StorePosition(ContentRef folder) const;
+    ScrollPlace StoredPlace() const;
+    void LayOut(const ScrollPlace& place);
+
+    void ReadViewSettings();
+    void ShowStatus();
+    bool TakeDrag(const DragInfo& drag);
+    void ShowDropTarget(const DragInfo& drag);
+    void ShowNewSelection();
+
+    ContentRef node;
+    PaneWindow* window = nullptr;
+    ContentViewEntryList list;
+    IconListView iconView;
+    ContentListView* const activeView = &iconView;
+
+    double zoom;
+    SortMode sortKey;
+    FolderFilter filter;
+    bool hasFocus = false;
+    bool isShown = false; // what the list has is on the screen, at a position of its own
+
+    ZoomControls zoomControls;
+    BusyButton busyButton;
 };
 
 } // namespace browser

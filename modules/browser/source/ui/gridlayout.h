@@ -98,6 +98,12 @@ public:
     // Takes the size of the area and of the largest entry; gives the least size of the area.
     Size Measure(Size area, Size largest, int32_t count);
 
+    // Whether all entries stand where they stand in the other.
+    bool HasCellsOf(const GridLayout& other) const
+    {
+        return itemWidth == other.itemWidth && itemHeight == other.itemHeight && columns == other.columns;
+    }
+
     // False, and the cell as it was, for a negative index and before a measurement.
     bool GetCell(int32_t index, GridCell& cell) const;
     // The entry whose cell holds the point; none in the strip at the right.

@@ -2,28 +2,29 @@
 #pragma once
 
 #include "ui/gridlayout.h"
+#include "vx3/guitypes.h"
 
 namespace browser {
 
 // The host's codes.
 enum class ListKey : int32_t {
-    Backspace = 0xF108,
-    Tab = 0xF109,
-    Enter = 0xF10D,
-    Up = 0xF180,
-    Down = 0xF181,
-    Left = 0xF182,
-    Right = 0xF183,
-    PageUp = 0xF184,
-    PageDown = 0xF185,
-    Home = 0xF186,
-    End = 0xF187,
+    Backspace = VX3_KEY_BACKSPACE,
+    Tab = VX3_KEY_TAB,
+    Enter = VX3_KEY_ENTER,
+    Up = VX3_KEY_UP,
+    Down = VX3_KEY_DOWN,
+    Left = VX3_KEY_LEFT,
+    Right = VX3_KEY_RIGHT,
+    PageUp = VX3_KEY_PAGE_UP,
+    PageDown = VX3_KEY_PAGE_DOWN,
+    Home = VX3_KEY_HOME,
+    End = VX3_KEY_END,
 };
 
 namespace Qualifier {
 constexpr uint32_t none = 0;
-constexpr uint32_t shift = 1;
-constexpr uint32_t ctrl = 2;
+constexpr uint32_t shift = VX3_QUALIFIER_SHIFT;
+constexpr uint32_t ctrl = VX3_QUALIFIER_CTRL;
 constexpr uint32_t all = ~uint32_t(0);
 } // namespace Qualifier
 
