@@ -48,12 +48,13 @@ public:
         canvas.ClearClip();
         canvas.SetPen(toolkit.ColourOf(VX3_COLOUR_BACKGROUND));
         canvas.Fill(dirty);
-        for (const TreeRow& row : RowsOf(tree)) {
+        // A cell's module may have all rows asked for again, so none is kept from one to the next.
+        for (size_t i = RowAt(gadget, std::max(0, dirty.y)).value_or(RowsOf(tree).size()); i < RowsOf(tree).size(); ++i) {
+            const TreeRow row = RowsOf(tree)[i];
             const Place place = PlaceOfRow(gadget, row);
             if (place.y >= dirty.y + dirty.height)
                 break;
-            if (place.y + place.height > dirty.y)
-                PaintRow(row, place);
+            PaintRow(row, place);
         }
         canvas.ClearClip();
     }

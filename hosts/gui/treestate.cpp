@@ -98,7 +98,6 @@ void AttachTree(Gadget& gadget, TreeHost& host, void* object, const VX3TreeTable
 void RefreshTree(Gadget& gadget)
 {
     gadget.tree->isStale = true;
-    gadget.tree->rows.clear();
     RedrawTree(gadget);
     gadget.tree->host->SettleLater(gadget);
 }

@@ -1,8 +1,8 @@
 /* Trees: a gadget that shows rows of a module's tree and asks it for everything.
  *
  * Rows are pointers of the module, which the host compares and hands back and never looks
- * into. It keeps none of them from one callback to the next but the row with the focus,
- * and forgets that with `refresh`, which must follow every change of the tree.
+ * into. It keeps them until `refresh`, which must follow every change of the tree, and
+ * knows a row again by its id.
  */
 #ifndef VX3_GUITREE_H
 #define VX3_GUITREE_H
@@ -45,7 +45,7 @@ typedef struct VX3TreeTable {
     void (*contextMenu)(void* object, void* row, VX3Container* menu);
     VX3Bool (*menuCommand)(void* object, void* row, int32_t command); /* 1: done; the host's otherwise [gui-thread] [nested] */
     void* (*makeDrag)(void* object, void* row);                       /* Data for a drag of `dragType`. [gui-thread] */
-    void (*freeDrag)(void* object, void* row, void* data);            /* [gui-thread] */
+    void (*freeDrag)(void* object, void* row, void* data);            /* `row` is none if it has gone. [gui-thread] */
     VX3Bool (*doubleClick)(void* object, void* row);                  /* 1: done; opens or closes otherwise [gui-thread] [nested] */
     VX3Bool (*deleteKey)(void* object);                               /* [gui-thread] [nested] */
 } VX3TreeTable;
