@@ -90,7 +90,11 @@ TEST_F(Version, RisesWithEveryChangeThatAListShows)
         { "a folder's own date", [&] { Disk().SetDates("/p/sub", Day(2), Day(9)), sub->Populate(); } },
         { "a folder's date of creation", [&] { Disk().SetDates("/p/sub", Day(8), Day(9)), Relist(); } },
         { "a file has become a folder", [&] { Disk().Remove("/p/readme"), Disk().AddFolder("/p/readme"), Relist(); } },
-        { "new folder", [&] { EXPECT_EQ(top->CreateFolder(ChangeMode::Do, TextOf("made"), nullptr), Error::none); Relist(); } },
+        { "new folder",
+          [&] {
+              EXPECT_EQ(top->CreateFolder(ChangeMode::Do, TextOf("made"), nullptr), Error::none);
+              Relist();
+          } },
         { "moved", [&] { EXPECT_EQ(sub->MoveInto(ContentRef(a), ChangeMode::Do, {}), Error::none); } },
         { "deleted", [&] { EXPECT_EQ(a->Delete(ChangeMode::Do, {}), Error::none); } },
         { "below a folder that was renamed",

@@ -52,6 +52,8 @@ int32_t CompareUrls(BrowserContentNode& a, BrowserContentNode& b)
     BrowserURL urlA, urlB;
     a.GetUrl(urlA, 0);
     b.GetUrl(urlB, 0);
+    DoubtIfEmpty(urlA.GetText());
+    DoubtIfEmpty(urlB.GetText());
     return urlA.GetText().Order(urlB.GetText());
 }
 

@@ -28,6 +28,14 @@ SortMode SortModeOf(int32_t number);
 // `first` and the siblings that follow, as they stand in the tree at one moment.
 [[nodiscard]] bool CollectSiblings(NodeRef first, Array<NodeRef>& siblings);
 
+// What a node tells of itself and came out empty may have found no memory: whoever keeps
+// the order asks again.
+inline void DoubtIfEmpty(const String& told)
+{
+    if (told.IsEmpty())
+        NoteContentChange();
+}
+
 // The order of the texts of their URLs.
 int32_t CompareUrls(BrowserContentNode& a, BrowserContentNode& b);
 

@@ -158,6 +158,7 @@ bool SortKeys::TakeName(SortKey& key)
     String name;
     VX3Unit units[mostUnits];
     ContentOf(key.node)->GetName(name);
+    DoubtIfEmpty(name);
     int32_t count = std::min(host->text->orderKey(name.Value(), units, mostUnits), mostUnits);
     const NamePacker packed({ units, static_cast<size_t>(count) });
     key.nameAt = static_cast<uint32_t>(words.Count());
@@ -173,6 +174,7 @@ bool SortKeys::TakeType(SortKey& key)
 {
     String type;
     ContentOf(key.node)->GetTypeName(type, TypeDetail::Specific);
+    DoubtIfEmpty(type);
     const String* known = std::find(types.begin(), types.end(), type);
     key.lead[1] = static_cast<uint64_t>(known - types.begin());
     return known != types.end() || types.Append(std::move(type));

@@ -1,7 +1,6 @@
 #include "ui/entryselection.h"
 
 #include <algorithm>
-#include <memory>
 
 namespace browser {
 
@@ -10,7 +9,7 @@ bool EntrySelection::HasIndex()
     return places.IsMade() || places.Make(entries);
 }
 
-int32_t EntrySelection::FindNode(NodeRef node)
+int32_t EntrySelection::FindNode(const NodeRef& node)
 {
     if (!node)
         return none;
@@ -56,7 +55,7 @@ void EntrySelection::SetSelected(int32_t index, bool selected)
         Deselect(index);
 }
 
-bool EntrySelection::SetNodeSelected(NodeRef node, bool selected)
+bool EntrySelection::SetNodeSelected(const NodeRef& node, bool selected)
 {
     const int32_t index = FindLastNode(node.Get());
     SetSelected(index, selected);
@@ -172,7 +171,7 @@ void EntrySelection::Install(Entries& next, uint32_t changes)
 {
     const NodeRef anchor = GetNode(anchorIndex);
     const NodeRef focus = GetNode(focusIndex);
-    Exchange(next);
+    entries.Swap(next);
     places.Forget();
     generation++;
     // Only a change of what is selected is news: one more than the merge found.
@@ -188,12 +187,17 @@ void EntrySelection::InstallNothing(Entries& old)
     changeCount++;
 }
 
-// An array moves into a new object only, so the two are made anew in turn.
-void EntrySelection::Exchange(Entries& next)
+NodeRef EntrySelection::TakeNode(int32_t index)
 {
-    Entries old(std::move(entries));
-    std::construct_at(&entries, std::move(next));
-    std::construct_at(&next, std::move(old));
+    places.Forget();
+    return Has(index) ? std::move(entries[At(index)].node) : NodeRef();
+}
+
+void EntrySelection::GiveNode(int32_t index, NodeRef node)
+{
+    places.Forget();
+    if (Has(index))
+        entries[At(index)].node = std::move(node);
 }
 
 // Kept: the visible range comes from the marks, with those that SetVisibleRange left

@@ -24,8 +24,10 @@ public:
     int32_t Count() const { return static_cast<int32_t>(entries.Count()); }
     bool Has(int32_t index) const { return index >= 0 && index < Count(); }
     bool IsSelected(int32_t index) const { return Has(index) && entries[At(index)].IsSelected(); }
+    const ContentViewEntry* EntryAt(int32_t index) const { return Has(index) ? &entries[At(index)] : nullptr; }
     NodeRef GetNode(int32_t index) const { return Has(index) ? entries[At(index)].node : NodeRef(); }
-    int32_t FindNode(NodeRef node); // the first place, or -1
+    int32_t FindNode(const NodeRef& node); // the first place, or -1
+    bool IsNodeSelected(const NodeRef& node) { return IsSelected(FindNode(node)); }
 
     // The selection.
     int32_t SelectedCount() const { return selectedCount; }
@@ -37,7 +39,7 @@ public:
     [[nodiscard]] bool CollectSelected(Array<NodeRef>& nodes) const;
 
     void SetSelected(int32_t index, bool selected);
-    bool SetNodeSelected(NodeRef node, bool selected); // true if it is there; its last place counts
+    bool SetNodeSelected(const NodeRef& node, bool selected); // true if it is there; its last place counts
     void Toggle(int32_t index);
     void SetRange(bool selected, int32_t from, int32_t to); // both included
     void Clear() { SetRange(false, 0, toEnd); }
@@ -78,6 +80,10 @@ public:
     void Install(Entries& next, uint32_t changes);
     void InstallNothing(Entries& old); // where there was no memory for new ones
 
+    // While a window is closed the entries stand without their nodes.
+    NodeRef TakeNode(int32_t index);
+    void GiveNode(int32_t index, NodeRef node);
+
 private:
     static size_t At(int32_t index) { return static_cast<size_t>(index); }
     void Select(int32_t index);
@@ -85,7 +91,6 @@ private:
     int32_t NextSelected(int32_t from, int32_t step) const;
     int32_t FindLastNode(const RTreeNode* node);
     bool HasIndex();
-    void Exchange(Entries& next);
     void Recount(const RTreeNode* anchor, const RTreeNode* focus);
 
     Entries entries;
