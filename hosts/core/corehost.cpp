@@ -103,15 +103,20 @@ bool CoreHost::StorePreferences()
 
 void CoreHost::DeliverMessages()
 {
-    BeginDelivery();
-    DeliverQueuedMessages();
-    DeliverVolumeChanges();
-    DeliverFolderChanges();
+    DeliverWaiting();
 }
 
 int CoreHost::WaitDescriptor() const
 {
     return FolderChangeDescriptor();
+}
+
+void DeliverWaiting()
+{
+    BeginDelivery();
+    DeliverQueuedMessages();
+    DeliverVolumeChanges();
+    DeliverFolderChanges();
 }
 
 } // namespace vx3::core

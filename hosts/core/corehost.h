@@ -84,4 +84,7 @@ private:
     std::unique_ptr<State> state;
 };
 
+// DeliverMessages of the host that lives, for what stands on it and does not have it.
+void DeliverWaiting();
+
 } // namespace vx3::core

@@ -149,6 +149,11 @@ void BeginDelivery()
     isSomethingWaiting = false;
 }
 
+bool IsDeliveryRequested()
+{
+    return isSomethingWaiting;
+}
+
 void DeliverQueuedMessages()
 {
     for (size_t left = CountQueue(); left > 0; --left) {

@@ -31,6 +31,7 @@ void SetWakeUp(std::function<void()> wakeUp);
 // Says that something waits to be delivered. Any thread.
 void RequestDelivery();
 void BeginDelivery(); // what is requested from now on wakes again
+bool IsDeliveryRequested();
 
 // Hands out what is queued at this moment, in the order of posting. What a listener
 // posts comes with the next call, so that one call always ends. A listener may call

@@ -1,3 +1,5 @@
+#include "resources.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -17,6 +19,7 @@
 
 // Constant after loading, so that any thread may read.
 struct VX3Resources {
+    std::filesystem::path folder;
     std::unordered_map<int32_t, std::u16string> texts;
 };
 
@@ -112,9 +115,11 @@ void NoteLanguages(const files::path& folder)
             NoteLanguage(entry->path());
 }
 
-VX3Resources* LoadFrom(const files::path& folder)
+VX3Resources* LoadFrom(const files::path& resourceFolder)
 {
+    const files::path folder = resourceFolder / "strings";
     auto resources = std::make_unique<VX3Resources>();
+    resources->folder = resourceFolder;
     bool hasFallback = ReadTexts(folder / (std::string(fallbackLanguage) + ".txt"), resources->texts);
     const std::string& code = CurrentSettings().language;
     bool hasLanguage = code != fallbackLanguage && ReadTexts(folder / (code + ".txt"), resources->texts);
@@ -128,7 +133,7 @@ VX3Resources* LoadFrom(const files::path& folder)
 VX3Resources* Load(const VX3Path* module)
 {
     try {
-        return LoadFrom(files::path(NativeBytes(*module)).parent_path() / "res" / "strings");
+        return LoadFrom(files::path(NativeBytes(*module)).parent_path() / "res");
     } catch (const std::exception&) { // no memory
         return nullptr;
     }
@@ -189,6 +194,11 @@ VX3Bool Keyword(int32_t, VX3String*)
 }
 
 } // namespace
+
+std::string ResourceFolder(const VX3Resources* resources)
+{
+    return resources ? resources->folder.native() : std::string();
+}
 
 const VX3ResourceServices* ResourceServices()
 {

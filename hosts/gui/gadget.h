@@ -110,19 +110,24 @@ struct MenuItem {
 
     Kind kind = Kind::Item;
     int32_t id = 0;
-    std::u16string text; // with `&` in front of a letter for the keyboard, in menu bars
+    std::u16string text; // with `&` in front of a letter for the keyboard, `&&` for one `&`
     uint32_t bits = 0;   // VX3_MENU bits
     std::vector<MenuItem> children;
 };
 
 // How far a dialog is on its way through one opening and closing. The desk's own.
 struct DialogLife {
-    bool isMade = false;      // of a window: the toolkit has it and its gadgets
-    bool isShown = false;     // of a dialog inside another: its module thinks that it can be seen
-    bool wantsClose = false;  // as soon as no callback runs in it
-    bool isAsking = false;    // askClose runs
-    bool isLeaving = false;   // the toolkit and the module were told that it goes
-    bool isDestroyed = false; // destroyWindow was called
+    Gadget* wantedFocus = nullptr; // of a window: gets the focus when the toolkit has it
+    bool isMade = false;           // of a window: the toolkit has it and its gadgets
+    bool isShown = false;          // of a dialog inside another: its module thinks that it can be seen
+    bool wantsClose = false;       // as soon as no callback runs in it
+    bool isAsking = false;         // askClose runs
+    bool isCreated = false;        // createLayout answered 1
+    bool isFilled = false;         // initValues answered 1
+    bool isHoldingUp = false;      // of a modal window: the toolkit runs it
+    bool isLeaving = false;        // the toolkit and the module were told that it goes
+    bool isDestroyed = false;      // destroyWindow was called
+    bool isTellingSizes = false;
 };
 
 // A dialog of a module: a window, or inside another.
