@@ -1,0 +1,113 @@
+// What the user picks a value with: combo boxes and sliders.
+#include <cmath>
+
+#include <QComboBox>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QToolTip>
+
+#include "qtgadget.h"
+#include "qttoolkit.h"
+
+namespace vx3::desktop {
+
+namespace {
+
+using gui::Change;
+
+class QtCombo final : public QtGadget
+{
+public:
+    QtCombo(QtToolkit& ownToolkit, Gadget& ownGadget)
+        : QtGadget(ownToolkit, ownGadget)
+        , combo(new QComboBox(Around()))
+    {
+        combo->setEditable(gadget.Has(VX3_FLAG_EDIT));
+        combo->setInsertPolicy(QComboBox::NoInsert);
+        Own(combo);
+        QObject::connect(combo, &QComboBox::activated, combo,
+                         [this](int row) { toolkit.GetDesk().UserSetValue(gadget, combo->itemData(row).toInt()); });
+        QObject::connect(combo, &QComboBox::editTextChanged, combo,
+                         [this](const QString& text) { toolkit.GetDesk().UserSetText(gadget, ToUnits(text), false); });
+    }
+    void Show(Change change) override
+    {
+        QtGadget::Show(change);
+        const QSignalBlocker blocker(combo);
+        if (change == Change::Everything || change == Change::Rows)
+            ShowRows();
+        if (combo->isEditable() && change == Change::Text)
+            combo->setEditText(Text());
+        else
+            combo->setCurrentIndex(combo->findData(static_cast<int>(gadget.value)));
+    }
+
+private:
+    void ShowRows()
+    {
+        combo->clear();
+        for (const gui::ComboRow& row : gadget.rows) {
+            if (row.text.empty())
+                combo->insertSeparator(combo->count());
+            else
+                combo->addItem(ToQt(row.text), row.value);
+        }
+    }
+
+    QComboBox* combo;
+};
+
+// Steps of the slider are counted from the least value.
+class QtSliderGadget final : public QtGadget
+{
+public:
+    QtSliderGadget(QtToolkit& ownToolkit, Gadget& ownGadget)
+        : QtGadget(ownToolkit, ownGadget)
+        , slider(new QSlider(Qt::Horizontal, Around()))
+    {
+        slider->setFocusPolicy(Qt::TabFocus);
+        Own(slider);
+        QObject::connect(slider, &QSlider::valueChanged, slider, [this](int position) {
+            const double value = std::min(gadget.most, gadget.least + position * Step());
+            if (slider->isSliderDown())
+                QToolTip::showText(QCursor::pos(), ShownValue(value), slider);
+            toolkit.GetDesk().UserSetValue(gadget, value, slider->isSliderDown());
+        });
+        QObject::connect(slider, &QSlider::sliderReleased, slider, [this] { toolkit.GetDesk().UserSetValue(gadget, gadget.value); });
+    }
+    Size Need() const override
+    {
+        constexpr int length = 84;
+        return { length, slider->sizeHint().height() };
+    }
+    void Show(Change change) override
+    {
+        QtGadget::Show(change);
+        if (slider->isSliderDown())
+            return; // the user has it
+        const QSignalBlocker blocker(slider);
+        slider->setRange(0, static_cast<int>(std::lround((gadget.most - gadget.least) / Step())));
+        slider->setValue(static_cast<int>(std::lround((gadget.value - gadget.least) / Step())));
+        slider->setPageStep(std::max(1, slider->maximum() / 10));
+    }
+
+private:
+    double Step() const { return gadget.step > 0 ? gadget.step : 1; }
+    QString ShownValue(double value) const
+    {
+        return QString::number(value) + (gadget.Has(VX3_FLAG_PERCENT) ? QStringLiteral(" %") : QString());
+    }
+
+    QSlider* slider;
+};
+
+} // namespace
+
+std::unique_ptr<QtGadget> MakeChoice(QtToolkit& toolkit, Gadget& gadget)
+{
+    if (gadget.shape.kind == VX3_GADGET_COMBO)
+        return std::make_unique<QtCombo>(toolkit, gadget);
+    return std::make_unique<QtSliderGadget>(toolkit, gadget);
+}
+
+} // namespace vx3::desktop

@@ -1,0 +1,173 @@
+// What the user types into: one line, several lines, numbers, dates.
+#include <cmath>
+
+#include <QDateEdit>
+#include <QDoubleSpinBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QSignalBlocker>
+#include <QTextCursor>
+
+#include "qtgadget.h"
+#include "qttoolkit.h"
+
+namespace vx3::desktop {
+
+namespace {
+
+using gui::Change;
+
+class QtEdit final : public QtGadget
+{
+public:
+    QtEdit(QtToolkit& ownToolkit, Gadget& ownGadget)
+        : QtGadget(ownToolkit, ownGadget)
+        , edit(new QLineEdit(Around()))
+    {
+        edit->setReadOnly(gadget.Has(VX3_FLAG_READ_ONLY));
+        Own(edit);
+        QObject::connect(edit, &QLineEdit::textEdited, edit,
+                         [this](const QString& text) { toolkit.GetDesk().UserSetText(gadget, ToUnits(text), false); });
+        QObject::connect(edit, &QLineEdit::returnPressed, edit,
+                         [this] { toolkit.GetDesk().UserSetText(gadget, ToUnits(edit->text()), true); });
+    }
+    void Show(Change change) override
+    {
+        QtGadget::Show(change);
+        if (edit->text() == Text())
+            return; // the cursor stays where the user has it
+        const QSignalBlocker blocker(edit);
+        edit->setText(Text());
+    }
+    void SelectText(int from, int count) override
+    {
+        const int length = static_cast<int>(gadget.text.size());
+        edit->setSelection(from, count < 0 ? length - from : count);
+    }
+
+private:
+    QLineEdit* edit;
+};
+
+class QtMultiline final : public QtGadget
+{
+public:
+    QtMultiline(QtToolkit& ownToolkit, Gadget& ownGadget)
+        : QtGadget(ownToolkit, ownGadget)
+        , edit(new QPlainTextEdit(Around()))
+    {
+        edit->setReadOnly(gadget.Has(VX3_FLAG_READ_ONLY));
+        edit->setTabChangesFocus(true);
+        Own(edit);
+        QObject::connect(edit, &QPlainTextEdit::textChanged, edit,
+                         [this] { toolkit.GetDesk().UserSetText(gadget, ToUnits(edit->toPlainText()), false); });
+    }
+    Size Need() const override
+    {
+        constexpr int lines = 3;
+        constexpr int letters = 16;
+        return { toolkit.TextWidth(u"m") * letters, toolkit.FontHeight() * lines + 2 * edit->frameWidth() };
+    }
+    void Show(Change change) override
+    {
+        QtGadget::Show(change);
+        if (edit->toPlainText() == Text())
+            return;
+        const QSignalBlocker blocker(edit);
+        edit->setPlainText(Text());
+    }
+    void SelectText(int from, int count) override
+    {
+        const int length = static_cast<int>(gadget.text.size());
+        QTextCursor cursor = edit->textCursor();
+        cursor.setPosition(std::clamp(from, 0, length));
+        cursor.setPosition(count < 0 ? length : std::clamp(from + count, 0, length), QTextCursor::KeepAnchor);
+        edit->setTextCursor(cursor);
+    }
+
+private:
+    QPlainTextEdit* edit;
+};
+
+int DecimalsOf(double step)
+{
+    constexpr int most = 6;
+    int decimals = 0;
+    while (decimals < most && std::abs(step - std::round(step)) > 1e-9) {
+        step *= 10;
+        ++decimals;
+    }
+    return decimals;
+}
+
+class QtNumber final : public QtGadget
+{
+public:
+    QtNumber(QtToolkit& ownToolkit, Gadget& ownGadget)
+        : QtGadget(ownToolkit, ownGadget)
+        , spin(new QDoubleSpinBox(Around()))
+    {
+        if (gadget.Has(VX3_FLAG_PERCENT))
+            spin->setSuffix(QStringLiteral(" %"));
+        Own(spin);
+        QObject::connect(spin, &QDoubleSpinBox::valueChanged, spin,
+                         [this](double value) { toolkit.GetDesk().UserSetValue(gadget, value); });
+    }
+    void Show(Change change) override
+    {
+        QtGadget::Show(change);
+        const QSignalBlocker blocker(spin);
+        spin->setDecimals(DecimalsOf(gadget.step));
+        spin->setRange(gadget.least, gadget.most);
+        spin->setSingleStep(gadget.step > 0 ? gadget.step : 1);
+        if (spin->value() != gadget.value)
+            spin->setValue(gadget.value);
+    }
+
+private:
+    QDoubleSpinBox* spin;
+};
+
+class QtDate final : public QtGadget
+{
+public:
+    QtDate(QtToolkit& ownToolkit, Gadget& ownGadget)
+        : QtGadget(ownToolkit, ownGadget)
+        , edit(new QDateEdit(Around()))
+    {
+        edit->setCalendarPopup(true);
+        Own(edit);
+        QObject::connect(edit, &QDateEdit::dateChanged, edit, [this](QDate date) {
+            VX3FileDate changed = gadget.date;
+            changed.year = static_cast<uint16_t>(date.year());
+            changed.month = static_cast<uint16_t>(date.month());
+            changed.day = static_cast<uint16_t>(date.day());
+            toolkit.GetDesk().UserSetDate(gadget, changed);
+        });
+    }
+    void Show(Change change) override
+    {
+        QtGadget::Show(change);
+        const QSignalBlocker blocker(edit);
+        const QDate date(gadget.date.year, gadget.date.month, gadget.date.day);
+        edit->setDate(date.isValid() ? date : edit->minimumDate());
+        edit->setSpecialValueText(date.isValid() ? QString() : QStringLiteral("–"));
+    }
+
+private:
+    QDateEdit* edit;
+};
+
+} // namespace
+
+std::unique_ptr<QtGadget> MakeField(QtToolkit& toolkit, Gadget& gadget)
+{
+    switch (gadget.shape.kind) {
+    case VX3_GADGET_EDIT: return std::make_unique<QtEdit>(toolkit, gadget);
+    case VX3_GADGET_MULTILINE: return std::make_unique<QtMultiline>(toolkit, gadget);
+    case VX3_GADGET_NUMBER: return std::make_unique<QtNumber>(toolkit, gadget);
+    default: return std::make_unique<QtDate>(toolkit, gadget);
+    }
+}
+
+} // namespace vx3::desktop

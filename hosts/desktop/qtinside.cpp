@@ -1,0 +1,132 @@
+// The inside of a window: what its gadgets leave over.
+#include <QApplication>
+#include <QDragEnterEvent>
+#include <QFile>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QUrl>
+
+#include "core/values.h"
+#include "qtgadget.h"
+#include "qttoolkit.h"
+#include "qtwindow.h"
+
+namespace vx3::desktop {
+
+namespace {
+
+// The bytes of the names; a URL knows them also where they are no UTF-8.
+std::vector<std::string> PathsOf(const QMimeData& data)
+{
+    std::vector<std::string> paths;
+    for (const QUrl& url : data.urls()) {
+        if (!url.isLocalFile())
+            continue;
+        const QByteArray bytes = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
+        if (bytes.startsWith('/'))
+            paths.emplace_back(bytes.constData(), static_cast<size_t>(bytes.size()));
+    }
+    return paths;
+}
+
+// What can have the focus, in the order of the layout.
+std::vector<QWidget*> FocusOrder(Dialog& window)
+{
+    std::vector<QWidget*> order;
+    if (!window.root)
+        return order;
+    VisitGadgets(*window.root, [&order](Gadget& gadget) {
+        QWidget* widget = gadget.native ? NativeOf(gadget)->FocusWidget() : nullptr;
+        if (widget && widget->isVisible() && widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus))
+            order.push_back(widget);
+    });
+    return order;
+}
+
+bool HasFocusInside(const QWidget& widget)
+{
+    const QWidget* focused = QApplication::focusWidget();
+    return focused && (focused == &widget || widget.isAncestorOf(focused));
+}
+
+} // namespace
+
+WindowInside::WindowInside(QWidget* parent, QtToolkit& ownToolkit, Dialog& ownWindow)
+    : QWidget(parent)
+    , toolkit(ownToolkit)
+    , dialog(&ownWindow)
+{
+    setAcceptDrops(true);
+}
+
+void WindowInside::resizeEvent(QResizeEvent*)
+{
+    if (dialog)
+        toolkit.GetDesk().UserResized(*dialog, ToSize(size()));
+}
+
+void WindowInside::keyPressEvent(QKeyEvent* event)
+{
+    event->setAccepted(dialog && (toolkit.GetDesk().FeedKey(*dialog, InputOf(*event)) || toolkit.OfferKey(*event)));
+}
+
+bool WindowInside::focusNextPrevChild(bool isNext)
+{
+    const std::vector<QWidget*> order = dialog ? FocusOrder(*dialog) : std::vector<QWidget*>();
+    if (order.empty())
+        return QWidget::focusNextPrevChild(isNext);
+    const size_t count = order.size();
+    size_t at = isNext ? count - 1 : 0; // as if the focus stood behind the last, or on the first
+    for (size_t index = 0; index < count; ++index)
+        if (HasFocusInside(*order[index]))
+            at = index;
+    order[(at + (isNext ? 1 : count - 1)) % count]->setFocus(isNext ? Qt::TabFocusReason : Qt::BacktabFocusReason);
+    return true;
+}
+
+void WindowInside::dragEnterEvent(QDragEnterEvent* event)
+{
+    dragged = PathsOf(*event->mimeData());
+    if (!dragged.empty())
+        event->acceptProposedAction(); // moves follow, which say it for the place
+}
+
+void WindowInside::MoveDrag(QDropEvent& event)
+{
+    draggedTo = ToPoint(mapToGlobal(event.position().toPoint()));
+    dragQualifiers = QualifiersOf(event.modifiers());
+}
+
+void WindowInside::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (!dialog || dragged.empty())
+        return event->ignore();
+    MoveDrag(*event);
+    core::Path path{ std::string_view(dragged.front()) };
+    const int32_t cursor = toolkit.GetDesk().MoveForeignDrag(draggedTo, dragQualifiers, VX3_DRAG_FILE, path.Get());
+    const bool isWelcome = cursor == VX3_CURSOR_COPY || cursor == VX3_CURSOR_ACCEPT;
+    event->setDropAction(cursor == VX3_CURSOR_COPY ? Qt::CopyAction : event->proposedAction());
+    event->setAccepted(isWelcome);
+}
+
+void WindowInside::dragLeaveEvent(QDragLeaveEvent*)
+{
+    if (!dialog || dragged.empty())
+        return;
+    core::Path path{ std::string_view(dragged.front()) };
+    toolkit.GetDesk().EndForeignDrag(draggedTo, dragQualifiers, VX3_DRAG_FILE, path.Get(), false);
+    dragged.clear();
+}
+
+void WindowInside::dropEvent(QDropEvent* event)
+{
+    MoveDrag(*event);
+    event->acceptProposedAction();
+    for (const std::string& file : std::exchange(dragged, {})) {
+        core::Path path{ std::string_view(file) };
+        if (dialog) // a drop may close it
+            toolkit.GetDesk().EndForeignDrag(draggedTo, dragQualifiers, VX3_DRAG_FILE, path.Get(), true);
+    }
+}
+
+} // namespace vx3::desktop

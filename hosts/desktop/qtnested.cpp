@@ -1,0 +1,104 @@
+#include "qtnested.h"
+
+#include <QAction>
+#include <QEventLoop>
+#include <QGuiApplication>
+#include <QMenu>
+
+#include "qtmenus.h"
+#include "qtrubberband.h"
+#include "qttoolkit.h"
+#include "qtwindow.h"
+
+namespace vx3::desktop {
+
+Nested::Scope::Scope(Nested& ownNested, Kind kind, const Dialog& window, std::function<void()> cancel)
+    : nested(ownNested)
+{
+    nested.running.push_back({ &window, kind, std::move(cancel) });
+}
+
+Nested::Scope::~Scope()
+{
+    nested.running.pop_back();
+}
+
+Nested::Nested(QtToolkit& ownToolkit)
+    : toolkit(ownToolkit)
+{
+}
+
+void Nested::RunModal(Dialog& window)
+{
+    QEventLoop loop;
+    Scope scope(*this, Kind::Modal, window, [&loop] { loop.quit(); });
+    loop.exec();
+}
+
+void Nested::EndModal(const Dialog& window)
+{
+    for (const Running& one : running)
+        if (one.window == &window && one.kind == Kind::Modal)
+            one.cancel();
+}
+
+gui::Band Nested::TrackRubberBand(Gadget& area, Point start)
+{
+    RubberBand band(toolkit, area, start);
+    Scope scope(*this, Kind::Other, area.dialog->Window(), [&band] { band.Cancel(); });
+    return band.Run();
+}
+
+void Nested::RunDrag(Gadget& area)
+{
+    PointerChase chase(toolkit.Pointer());
+    Scope scope(*this, Kind::Other, area.dialog->Window(), [&chase] { chase.Cancel(); });
+    const QPoint from = chase.Position();
+    bool isMoving = false;
+    const auto moved = [&](QPoint screen, uint32_t qualifiers) {
+        const bool isFar = (screen - from).manhattanLength() >= toolkit.DragDistance();
+        if (!isMoving && isFar) {
+            isMoving = true;
+            QGuiApplication::setOverrideCursor(Qt::ForbiddenCursor); // until someone takes it
+        }
+        if (isMoving && !toolkit.GetDesk().MoveDrag(ToPoint(screen), qualifiers))
+            chase.Cancel();
+    };
+    const PointerChase::End end = chase.Run(moved);
+    if (isMoving)
+        QGuiApplication::restoreOverrideCursor();
+    toolkit.GetDesk().EndDrag(ToPoint(chase.Position()), chase.Qualifiers(), isMoving && end == PointerChase::End::Released);
+}
+
+int32_t Nested::RunPopup(Dialog& window, const std::vector<gui::MenuItem>& rows, Point screen)
+{
+    int32_t chosen = 0;
+    auto* menu = new QMenu(WindowOf(window)->Frame());
+    QPointer<QMenu> alive = menu; // the window may go, and the menu with it
+    FillMenu(*menu, rows, [&chosen](int32_t id) { chosen = id; });
+    QEventLoop loop;
+    QObject::connect(menu, &QMenu::aboutToHide, &loop, &QEventLoop::quit);
+    QObject::connect(menu, &QObject::destroyed, &loop, &QEventLoop::quit);
+    Scope scope(*this, Kind::Other, window, [&] {
+        chosen = 0;
+        if (alive)
+            alive->close();
+        loop.quit();
+    });
+    menu->popup(screen == Point{ -1, -1 } ? toolkit.Pointer().Position() : ToQt(screen));
+    toolkit.PopupOpened(*menu);
+    loop.exec();
+    if (alive)
+        alive->deleteLater();
+    return chosen;
+}
+
+void Nested::Cancel(const Dialog& window)
+{
+    const std::vector<Running> all = running; // ending one may end others
+    for (const Running& one : all)
+        if (one.window == &window && one.kind == Kind::Other)
+            one.cancel();
+}
+
+} // namespace vx3::desktop

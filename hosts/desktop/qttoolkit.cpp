@@ -1,0 +1,416 @@
+#include "qttoolkit.h"
+
+#include <QApplication>
+#include <QPainter>
+#include <QStyle>
+
+#include "qtboxes.h"
+#include "qtgadget.h"
+#include "qticons.h"
+#include "qtmetrics.h"
+#include "qtwindow.h"
+
+namespace vx3::desktop {
+
+namespace {
+
+// A user may change several things at once; what follows costs a new layout of all windows.
+bool ChangesLook(QEvent::Type type)
+{
+    return type == QEvent::ApplicationPaletteChange || type == QEvent::ApplicationFontChange || type == QEvent::StyleChange;
+}
+
+} // namespace
+
+// Hears of a new palette, font or style of the whole application.
+class QtToolkit::LookWatch final : public QObject
+{
+public:
+    explicit LookWatch(QtToolkit& ownToolkit)
+        : toolkit(ownToolkit)
+    {
+        QCoreApplication::instance()->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        if (object == QCoreApplication::instance() && ChangesLook(event->type()) && !isWaiting) {
+            isWaiting = true;
+            QTimer::singleShot(0, this, [this] {
+                isWaiting = false;
+                toolkit.LookChanged();
+            });
+        }
+        return false;
+    }
+
+private:
+    QtToolkit& toolkit;
+    bool isWaiting = false;
+};
+
+QtToolkit::QtToolkit()
+    : clock(
+        [this] {
+            if (desk)
+                desk->RunTimers();
+        },
+        [this] {
+            if (listener.deliver)
+                listener.deliver();
+            if (desk)
+                desk->Deliver();
+        })
+    , nested(*this)
+    , popupEdit(*this)
+    , lookWatch(std::make_unique<LookWatch>(*this))
+{
+    ReadLook();
+    QObject::connect(qApp, &QApplication::focusChanged, &connections, [this](QWidget* from, QWidget* to) { FocusChanged(from, to); });
+}
+
+QtToolkit::~QtToolkit() = default;
+
+void QtToolkit::SetDesk(gui::Desk* wanted)
+{
+    desk = wanted;
+}
+
+void QtToolkit::BeginScript(ScriptedUser& user)
+{
+    scripted = &user;
+    pointer.SetScripted(true);
+    clock.BeginScript();
+    LookChanged();
+}
+
+void QtToolkit::EndScript()
+{
+    scripted = nullptr;
+    pointer.SetScripted(false);
+    clock.EndScript();
+    LookChanged();
+}
+
+// --- Looks ---
+
+void QtToolkit::ReadLook()
+{
+    constexpr Size cell = { 7, 13 };
+    colours = Colours(QApplication::palette());
+    metrics = scripted ? scripted->GetMetrics() : MetricsOf(*QApplication::style(), QFontMetrics(QApplication::font()));
+    texts.SetFont(QApplication::font());
+    texts.SetCells(scripted ? cell.width : 0, scripted ? cell.height : 0);
+}
+
+void QtToolkit::LookChanged()
+{
+    ReadLook();
+    if (desk)
+        desk->PaletteChanged();
+}
+
+QFont QtToolkit::TextFont() const
+{
+    return QApplication::font();
+}
+
+Colour QtToolkit::ColourOf(int32_t number)
+{
+    return scripted ? scripted->ColourOf(number) : ToColour(colours.Of(number));
+}
+
+int QtToolkit::DragDistance() const
+{
+    return scripted ? 1 : QApplication::startDragDistance();
+}
+
+QSize QtToolkit::SizeOfPicture(const gui::Picture& picture) const
+{
+    const core::BitmapView view = core::ViewOf(*picture.Get());
+    return view.width >= signSide ? QSize(iconSide, iconSide) : QSize(view.width, view.height);
+}
+
+void QtToolkit::DrawFrame(QPainter& painter, const QRect& place, bool hasFocus) const
+{
+    const QPalette palette = QApplication::palette();
+    const QColor still = palette.color(QPalette::Window).lightness() < 128 ? palette.color(QPalette::Mid) : palette.color(QPalette::Dark);
+    const QColor colour = hasFocus ? palette.color(QPalette::Active, QPalette::Highlight) : still;
+    painter.fillRect(QRect(place.left(), place.top(), place.width(), 1), colour);
+    painter.fillRect(QRect(place.left(), place.bottom(), place.width(), 1), colour);
+    painter.fillRect(QRect(place.left(), place.top(), 1, place.height()), colour);
+    painter.fillRect(QRect(place.right(), place.top(), 1, place.height()), colour);
+}
+
+void QtToolkit::DrawFocus(QPainter& painter, const QRect& place) const
+{
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QApplication::palette().color(QPalette::Active, QPalette::Highlight), 1.5));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawRoundedRect(QRectF(place).adjusted(1, 1, -1, -1), 3, 3);
+}
+
+// --- Focus ---
+
+void QtToolkit::Remember(QWidget& widget, Gadget& gadget)
+{
+    gadgets[&widget] = &gadget;
+}
+
+void QtToolkit::Forget(QWidget& widget)
+{
+    gadgets.erase(&widget);
+}
+
+Gadget* QtToolkit::GadgetOf(QWidget* widget) const
+{
+    for (; widget; widget = widget->parentWidget())
+        if (auto found = gadgets.find(widget); found != gadgets.end())
+            return found->second;
+    return nullptr;
+}
+
+Dialog* QtToolkit::WindowOfWidget(QWidget* widget) const
+{
+    for (; widget; widget = widget->parentWidget())
+        for (Dialog* window : windows)
+            if (WindowOf(*window)->Frame() == widget)
+                return window;
+    return nullptr;
+}
+
+void QtToolkit::FocusChanged(QWidget* from, QWidget* to)
+{
+    Dialog* left = WindowOfWidget(from);
+    Dialog* entered = WindowOfWidget(to);
+    if (left && left != entered && desk)
+        desk->FocusMoved(*left, nullptr);
+    if (entered && desk && WindowOfWidget(to) == entered) // still
+        desk->FocusMoved(*entered, GadgetOf(to));
+}
+
+// --- Windows ---
+
+void QtToolkit::OpenWindow(Dialog& window)
+{
+    window.native = std::make_unique<QtWindow>(*this, window);
+    windows.push_back(&window);
+    if (listener.opened)
+        listener.opened(window, *WindowOf(window)->Frame());
+    WindowOf(window)->ShowSoon();
+}
+
+void QtToolkit::CloseWindow(Dialog& window)
+{
+    if (listener.closing)
+        listener.closing(window, *WindowOf(window)->Frame());
+    std::erase(windows, &window);
+    window.native.reset();
+}
+
+void QtToolkit::ShowTitle(Dialog& window)
+{
+    WindowOf(window)->ShowTitle();
+}
+
+void QtToolkit::RaiseWindow(Dialog& window)
+{
+    WindowOf(window)->Raise();
+}
+
+void QtToolkit::ResizeWindow(Dialog& window, Size inside)
+{
+    WindowOf(window)->Resize(inside);
+}
+
+void QtToolkit::ShowLeastSize(Dialog& window)
+{
+    WindowOf(window)->ShowLeastSize();
+}
+
+void QtToolkit::ShowMenu(Dialog& window)
+{
+    WindowOf(window)->Frame()->ShowMenu();
+}
+
+Point QtToolkit::InsideCorner(Dialog& window)
+{
+    return ToPoint(WindowOf(window)->Inside()->mapToGlobal(QPoint()));
+}
+
+Dialog* QtToolkit::WindowAt(Point screen)
+{
+    return WindowOfWidget(QApplication::widgetAt(ToQt(screen)));
+}
+
+void QtToolkit::RunModal(Dialog& window)
+{
+    nested.RunModal(window);
+}
+
+void QtToolkit::EndModal(Dialog& window)
+{
+    nested.EndModal(window);
+}
+
+// --- Gadgets ---
+
+void QtToolkit::MakeGadget(Gadget& gadget)
+{
+    gadget.native = MakeNative(*this, gadget);
+}
+
+void QtToolkit::DropGadget(Gadget& gadget)
+{
+    gadget.native.reset();
+}
+
+Size QtToolkit::NeedOf(const Gadget& gadget)
+{
+    if (scripted)
+        return scripted->NeedOf(gadget);
+    return gadget.native ? static_cast<const QtGadget&>(*gadget.native).Need() : Size();
+}
+
+void QtToolkit::PlaceGadget(Gadget& gadget, bool isVisible)
+{
+    if (gadget.native)
+        NativeOf(gadget)->PlaceWidget(isVisible);
+}
+
+void QtToolkit::ShowGadget(Gadget& gadget, gui::Change change)
+{
+    if (gadget.native)
+        NativeOf(gadget)->Show(change);
+    if (change != gui::Change::Enabled)
+        return;
+    VisitGadgets(gadget, [](Gadget& inside) {
+        if (inside.native)
+            NativeOf(inside)->Show(gui::Change::Enabled);
+    });
+}
+
+void QtToolkit::SelectText(Gadget& gadget, int from, int count)
+{
+    if (gadget.native)
+        NativeOf(gadget)->SelectText(from, count);
+}
+
+void QtToolkit::FocusGadget(Gadget& gadget)
+{
+    QWidget* widget = gadget.native ? NativeOf(gadget)->FocusWidget() : nullptr;
+    if (!widget)
+        return;
+    widget->setFocus(Qt::OtherFocusReason);
+    if (desk && !widget->hasFocus()) // its window is not in front, or not shown yet
+        desk->FocusMoved(gadget.dialog->Window(), &gadget);
+}
+
+void QtToolkit::Redraw(Gadget& gadget, const Place& part)
+{
+    if (gadget.native)
+        NativeOf(gadget)->Redraw(part);
+}
+
+// --- Nested operations ---
+
+gui::Band QtToolkit::TrackRubberBand(Gadget& area, Point start)
+{
+    return nested.TrackRubberBand(area, start);
+}
+
+void QtToolkit::RunDrag(Gadget& area)
+{
+    nested.RunDrag(area);
+}
+
+void QtToolkit::ShowDragCursor(int32_t cursor)
+{
+    if (QGuiApplication::overrideCursor())
+        QGuiApplication::changeOverrideCursor(ShapeOf(cursor));
+}
+
+int32_t QtToolkit::RunPopup(Dialog& window, const std::vector<gui::MenuItem>& menu, Point screen)
+{
+    return nested.RunPopup(window, menu, screen);
+}
+
+void QtToolkit::PopupOpened(QMenu& menu)
+{
+    if (scripted)
+        scripted->PopupOpened(menu);
+}
+
+void QtToolkit::CancelNested(Dialog& window)
+{
+    nested.Cancel(window);
+}
+
+void QtToolkit::OpenPopupEdit(Dialog& window, const Place& screen, const std::u16string& text)
+{
+    popupEdit.Open(*WindowOf(window)->Inside(), screen, text);
+}
+
+void QtToolkit::ClosePopupEdit()
+{
+    popupEdit.Close();
+}
+
+// --- Pointer, keys, boxes ---
+
+void QtToolkit::SetCursor(int32_t cursor)
+{
+    if (hasCursor)
+        QGuiApplication::restoreOverrideCursor();
+    hasCursor = cursor != VX3_CURSOR_NORMAL;
+    if (hasCursor)
+        QGuiApplication::setOverrideCursor(ShapeOf(cursor));
+}
+
+uint32_t QtToolkit::PointerState(Point& screen)
+{
+    screen = ToPoint(pointer.Position());
+    return ChannelBits(pointer.Buttons());
+}
+
+void QtToolkit::ShowBox(int32_t kind, const std::u16string& text)
+{
+    std::string answer;
+    if (scripted)
+        scripted->TakeAnswer(text, answer);
+    else
+        ShowMessage(QApplication::activeWindow(), kind, ToQt(text));
+}
+
+bool QtToolkit::Ask(const std::u16string& text)
+{
+    std::string answer;
+    if (scripted)
+        return scripted->TakeAnswer(text, answer) && answer != "0";
+    return AskQuestion(QApplication::activeWindow(), ToQt(text));
+}
+
+bool QtToolkit::Choose(const gui::ChooseRequest& request, std::string& chosen)
+{
+    if (scripted)
+        return scripted->TakeAnswer(request.title, chosen) && chosen != "0";
+    return ChoosePath(QApplication::activeWindow(), request, chosen);
+}
+
+bool QtToolkit::Reveal(const std::string& path)
+{
+    return !scripted && RevealInFileManager(path);
+}
+
+bool QtToolkit::OpenWithSystem(const std::string& path)
+{
+    return !scripted && desktop::OpenWithSystem(path);
+}
+
+bool QtToolkit::OpenPreferences(int32_t page)
+{
+    return listener.openPreferences && listener.openPreferences(page);
+}
+
+} // namespace vx3::desktop
