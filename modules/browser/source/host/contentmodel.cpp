@@ -12,6 +12,7 @@
 #include "plugins/registryorder.h"
 #include "services/resources.h"
 #include "ui/iconservice.h"
+#include "ui/windowregistry.h"
 
 namespace browser {
 
@@ -74,6 +75,7 @@ void ConnectUpcalls()
     upcalls.makeIcon = GetIcon;
     upcalls.listVolumes = ListVolumes;
     upcalls.mountLibraries = LoadLibraries;
+    upcalls.announceChange = AnnounceChange;
     upcalls.stampDate = [](BrowserContentNode& category, const FileDate& date) { static_cast<CategoryNode&>(category).StampDate(date); };
     ConnectNetworkResolver(PathOfNetworkUrl);
 }

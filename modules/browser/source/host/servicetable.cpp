@@ -11,6 +11,7 @@ VX3Browser table = {};
 void PublishServiceTable()
 {
     table = {};
+    table.windows = WindowSection();
     table.tree = TreeSection();
     table.icons = IconSection();
     table.plugins = PluginSection();

@@ -11,6 +11,7 @@ void PublishServiceTable();
 void WithdrawServiceTable();
 
 // The sections, one file each or two.
+const VX3BrowserWindows* WindowSection(); // none without a GUI
 const VX3TreeFunctions* TreeSection();
 const VX3IconFunctions* IconSection();
 const VX3PluginFunctions* PluginSection();

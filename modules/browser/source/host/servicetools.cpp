@@ -1,9 +1,12 @@
-// The section for tools: sorted children and settings.
+// The section for tools: sorted children, settings, windows.
 
+#include "host/prefspage.h"
 #include "host/servicetable.h"
 #include "model/urlresolver.h"
 #include "search/sortby.h"
 #include "services/preferences.h"
+#include "ui/browserdialog.h"
+#include "ui/windowregistry.h"
 
 namespace browser {
 
@@ -81,6 +84,46 @@ VX3Bool SetPreference(int32_t key, const VX3String* value)
     return SetPreferenceText(key, String::Of(value));
 }
 
+// A place as somebody types it.
+BrowserURL UrlOfPlace(const VX3String* place)
+{
+    const String& text = String::Of(place);
+    const Units units = text.View();
+    const bool isDrive = units.size() >= 3 && units[1] == ':' && units[2] == '\\';
+    if (!isDrive && (units.empty() || units[0] != '/'))
+        return BrowserURL(text);
+    FilePath path;
+    (void)path.SetText(text);
+    return BrowserURL(path);
+}
+
+VX3Bool OpenWindowAt(const VX3String* place)
+{
+    BrowserURL url = UrlOfPlace(place);
+    if (!url.HasContent())
+        GetStartUrl(url);
+    return OpenBrowserWindow(url);
+}
+
+VX3Bool GoTo(int32_t slot, const VX3String* place)
+{
+    BrowserDialog* window = FindBrowserWindow(slot);
+    BrowserURL url = UrlOfPlace(place);
+    return window && window->GoToUrl(url);
+}
+
+VX3Bool DescribeWindow(int32_t slot, const char* what, VX3String* text)
+{
+    BrowserDialog* window = FindBrowserWindow(slot);
+    return window && window->Describe(what, String::Of(text));
+}
+
+VX3Bool IsWorking(int32_t slot)
+{
+    BrowserDialog* window = FindBrowserWindow(slot);
+    return window && window->HasWork();
+}
+
 constexpr VX3ToolFunctions toolSection = { sizeof(VX3ToolFunctions),
                                            SortedChildren,
                                            FreeNodes,
@@ -90,10 +133,10 @@ constexpr VX3ToolFunctions toolSection = { sizeof(VX3ToolFunctions),
                                            PreferenceRow,
                                            GetPreference,
                                            SetPreference,
-                                           nullptr,
-                                           nullptr,
-                                           nullptr,
-                                           nullptr };
+                                           OpenWindowAt,
+                                           GoTo,
+                                           DescribeWindow,
+                                           IsWorking };
 
 } // namespace
 

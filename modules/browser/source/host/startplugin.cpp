@@ -1,5 +1,6 @@
 #include "host/startplugin.h"
 
+#include "host/browsercommands.h"
 #include "host/contentmodel.h"
 #include "host/librarymount.h"
 #include "host/prefspage.h"
@@ -12,6 +13,7 @@
 #include "services/preferences.h"
 #include "services/resources.h"
 #include "ui/iconservice.h"
+#include "ui/windowregistry.h"
 #include "vx3/entry.h"
 
 namespace browser {
@@ -63,7 +65,10 @@ bool RegisterAll()
     SetPreferenceDefaults();
     ReadPreferences();
     PublishServiceTable();
-    return !HasUserInterface() || RegisterPrefsPage();
+    if (!HasUserInterface())
+        return true;
+    const bool hasCommands = RegisterCommands();
+    return RegisterPrefsPage() && hasCommands;
 }
 
 bool LoadTexts(void* data)
@@ -138,6 +143,7 @@ void EndRun()
         return;
     run.ending = true;
     const uint32_t elapsed = host->run->clock() - run.runStart;
+    CloseAllWindows();
     FreeLoader();
     ShutDownContentModel(elapsed < quickRun);
     FreeIconCache();
@@ -166,6 +172,7 @@ void PluginEnd()
     if (!run.started)
         return;
     WithdrawServiceTable();
+    CloseAllWindows();
     FreeLoader(); // The message of the host's end need not have come.
     FreeContentModel();
     FreeIconCache();

@@ -15,6 +15,7 @@
 #include "ui/browserhistory.h"
 #include "ui/eventring.h"
 #include "ui/foldercontentdialog.h"
+#include "ui/panewindow.h"
 
 namespace browser {
 
@@ -27,7 +28,7 @@ struct Going {
     ViewMode viewMode = ViewMode::Unchanged;
 };
 
-class BrowserDialog : public GeDialog
+class BrowserDialog final : public GeDialog, public PaneWindow
 {
 public:
     BrowserDialog();
@@ -37,8 +38,9 @@ public:
     // Going.
     void GoTo(ContentRef node, const Going& going = {}); // none: the root view
     bool GoToUrl(BrowserURL& url);                       // false, and nothing done, if it leads nowhere
-    bool GoBack() { return Step(BrowserHistory::Direction::Back); }
-    bool GoForward() { return Step(BrowserHistory::Direction::Forward); }
+    void ShowNode(ContentRef node, ContentRef select) override;
+    bool GoBack() override { return Step(BrowserHistory::Direction::Back); }
+    bool GoForward() override { return Step(BrowserHistory::Direction::Forward); }
     void GoUp();     // to the parent node
     void GoUpByUrl(); // to the folder of the URL, at last to the root view
     void Rescan();
@@ -51,18 +53,19 @@ public:
     bool OpenWindow(int32_t slot); // at the stored size
     bool RestoreWindow(int32_t slot);
     FolderContentDialog& Pane() { return folderDialog; }
-    void UpdateSelectionPanes(bool force = false);
-    void ActivateGadget(int32_t id);
-    bool IsSingleClick() const { return singleClick; }
-    void ToggleSingleClick() { singleClick = !singleClick; }
+    void OpenInNewWindow(ContentRef node) override;
+    void SelectLater(ContentRef child) override;
+    void UpdateSelectionPanes(bool force) override;
+    void ActivateGadget(int32_t id) override;
+    bool IsSingleClick() const override { return singleClick; }
+    void ToggleSingleClick() override { singleClick = !singleClick; }
     bool IsHandling() const { return handling > 0; } // a callback of it is running
-    bool HasWork() const;                            // something waits for the timer
+    bool HasWork();                                  // something waits for the timer
 
     // For scripts and tests: list, history, menu or state, a line for each fact. False for another word.
     bool Describe(const char* what, String& text);
 
     // Announcements. Any thread.
-    void PostEvent(BrowserEvent::Type type, NodeRef node) { events.Post(type, std::move(node)); }
     void NodeListChanged(const RTreeNode* node, const RTreeNode* parent); // compared, not followed
 
 protected:
@@ -74,9 +77,10 @@ protected:
     bool Message(int32_t code, const BaseContainer& message, BaseContainer& result) override;
     void DestroyWindow() override;
 
-private:
-    class Handling;
+    void BeginHandling() override { handling++; }
+    void EndHandling() override { handling--; }
 
+private:
     // Going.
     bool Step(BrowserHistory::Direction direction);
     void GoToHistory();

@@ -27,4 +27,10 @@ bool EventRing::Take(BrowserEvent& out)
     return true;
 }
 
+bool EventRing::HasPending()
+{
+    LockGuard guard(lock, LockRank::Event);
+    return readCount != writeCount;
+}
+
 } // namespace browser

@@ -32,6 +32,7 @@ public:
     void Post(BrowserEvent::Type type, NodeRef node) CB_NOT_HELD(lock);
     // The oldest event; false if there is none.
     [[nodiscard]] bool Take(BrowserEvent& out) CB_NOT_HELD(lock);
+    bool HasPending() CB_NOT_HELD(lock);
 
 private:
     HostLock lock;

@@ -46,6 +46,8 @@ public:
     const FolderFilter& GetFilter() const { return filter; }
     void SetFilter(const FolderFilter& wanted);
     ViewMode GetViewMode() const { return ViewMode::Icons; }
+    ScrollPlace GetPlace() const { return activeView->GetPlace(); } // what is at the top of the visible part
+    void ShowStatus();            // how many there are, and how many are selected
     double GetZoom() const { return zoom; }
     void SetZoom(double wanted); // 0 to 1
 
@@ -62,6 +64,7 @@ public:
     void ShowContextMenu();
     bool HasFocus() const { return hasFocus; }
     void ActivateView();
+    IconListView& View() { return iconView; }
     PaneWindow& Window() const { return *window; }
 
 protected:
@@ -83,7 +86,6 @@ private:
     void LayOut(const ScrollPlace& place);
 
     void ReadViewSettings();
-    void ShowStatus();
     bool TakeDrag(const DragInfo& drag);
     void ShowDropTarget(const DragInfo& drag);
     void ShowNewSelection();

@@ -1,0 +1,267 @@
+#include "ui/browserdialog.h"
+
+#include "model/contenttree.h"
+#include "model/urlresolver.h"
+#include "nodes/directorynode.h"
+#include "services/preferences.h"
+#include "services/resources.h"
+#include "ui/browsergadgets.h"
+#include "ui/watchset.h"
+#include "ui/windowregistry.h"
+
+namespace browser {
+
+BrowserDialog::BrowserDialog()
+{
+    folderDialog.Init(this, ViewMode::Icons);
+}
+
+BrowserDialog::~BrowserDialog()
+{
+    FreeHandle();
+    SetCurrentNode(ContentRef());
+}
+
+// --- Going ---
+
+void BrowserDialog::GoTo(ContentRef node, const Going& going)
+{
+    TakeTitle(going);
+    compact = compact || going.compact;
+    if (!(node == currentNode))
+        panesAreStale = true;
+    SetCurrentNode(std::move(node));
+    (void)history.Push(currentUrl.GetText()); // Without memory there is no way back.
+    ShowPossibleSteps();
+    if (!fixedUrl)
+        RememberPlace();
+    if (going.force)
+        ReadAgain();
+    folderDialog.SetNode(currentNode, going.force, going.select, going.viewMode);
+    LookForChanges();
+}
+
+void BrowserDialog::TakeTitle(const Going& going)
+{
+    if (!going.title || going.title->IsEmpty())
+        return;
+    title = *going.title;
+    (void)SetTitle(title);
+}
+
+// Everything that goes with the node: what is watched, the date, the URL.
+void BrowserDialog::SetCurrentNode(ContentRef node)
+{
+    if (!(node == currentNode)) {
+        WatchNode(node);
+        UnwatchNode(currentNode);
+    }
+    currentNode = std::move(node);
+    announcedFor.store(currentNode.Get(), std::memory_order_relaxed);
+    currentDate = {};
+    currentUrl = BrowserURL();
+    if (!currentNode)
+        return;
+    (void)currentNode->GetDate(DateKind::Modified, currentDate);
+    (void)currentNode->GetUrl(currentUrl, 0);
+}
+
+void BrowserDialog::RememberPlace()
+{
+    (void)SetPreferenceText(Preference::LastPlace, currentUrl.GetText());
+}
+
+void BrowserDialog::ReadAgain()
+{
+    if (!currentNode)
+        return;
+    if (DirectoryNode* folder = AsDirectory(currentNode.Get()))
+        folder->MarkDirty();
+    currentNode->Populate();
+}
+
+// The pane shows what was known of the folder. If it has changed since, as nobody watched,
+// the next tick shows the rest.
+void BrowserDialog::LookForChanges()
+{
+    DirectoryNode* folder = AsDirectory(currentNode.Get());
+    if (!folder || !folder->CanHoldChildren())
+        return;
+    const int64_t shown = folder->Generation();
+    if (folder->Populate() != shown)
+        reloadPane.store(true, std::memory_order_relaxed);
+}
+
+void BrowserDialog::ShowPossibleSteps()
+{
+    (void)Enable(Gadget::back, history.CanGoBack());
+    (void)Enable(Gadget::forward, history.CanGoForward());
+    (void)Enable(Gadget::up, bool(currentNode));
+}
+
+bool BrowserDialog::GoToUrl(BrowserURL& url)
+{
+    ContentRef node;
+    FindNodeByUrl(url, FindPlain, ContentRef(), node);
+    if (!node)
+        return false;
+    GoTo(std::move(node));
+    return true;
+}
+
+void BrowserDialog::ShowNode(ContentRef node, ContentRef select)
+{
+    Going going;
+    going.select = std::move(select);
+    GoTo(std::move(node), going);
+}
+
+void BrowserDialog::GoUp()
+{
+    NodeRef parent;
+    if (currentNode)
+        currentNode->GetParent(parent);
+    if (!parent || parent.Get() == contentTree.tree)
+        return;
+    ShowNode(ToContent(parent), currentNode);
+}
+
+void BrowserDialog::GoUpByUrl()
+{
+    if (!currentNode)
+        return;
+    BrowserURL above;
+    ContentRef node;
+    currentUrl.GetParent(above);
+    if (!above.GetText().IsEmpty())
+        FindNodeByUrl(above, FindPlain, ContentRef(), node);
+    ShowNode(std::move(node), currentNode);
+}
+
+void BrowserDialog::Rescan()
+{
+    Going going;
+    going.force = true;
+    GoTo(currentNode, going);
+}
+
+// --- History ---
+
+bool BrowserDialog::Step(BrowserHistory::Direction direction)
+{
+    const bool stepped = direction == BrowserHistory::Direction::Back ? history.Back(1) : history.Forward(1);
+    if (stepped)
+        GoToHistory();
+    return stepped;
+}
+
+// Kept: a place that is gone shows the root view, and its empty URL becomes an entry.
+void BrowserDialog::GoToHistory()
+{
+    String text;
+    ContentRef node;
+    (void)history.Get(0, text);
+    currentUrl.SetText(text);
+    restoreNode = false;
+    BrowserURL url(text);
+    FindNodeByUrl(url, FindPlain, ContentRef(), node);
+    GoTo(std::move(node));
+}
+
+// The name of the node, of the file that is no longer there, or a word that says so.
+String BrowserDialog::NameOfRow(const String& text) const
+{
+    BrowserURL url(text);
+    ContentRef node;
+    String name;
+    FindNodeByUrl(url, FindPlain, ContentRef(), node);
+    if (node)
+        node->GetName(name);
+    else if (url.HasFile())
+        url.GetName(name);
+    return name.IsEmpty() ? ResourceText(Texts::UnknownPlace) : name;
+}
+
+void BrowserDialog::ShowHistoryMenu(BrowserHistory::Direction direction)
+{
+    BaseContainer menu;
+    String url;
+    for (int32_t row = 1; history.GetRow(direction, row, url); row++)
+        (void)menu.SetText(BrowserHistory::menuBase + row, NameOfRow(url));
+    const int32_t choice = PopupMenu(menu);
+    if (history.GoToChoice(direction, choice))
+        GoToHistory();
+}
+
+// --- Fixed places ---
+
+void BrowserDialog::GoToPlace(int32_t place)
+{
+    FilePath path;
+    if (!host->run->place(place, path.Value()))
+        return;
+    BrowserURL url(path);
+    (void)GoToUrl(url);
+}
+
+void BrowserDialog::GoToHome()
+{
+    BrowserURL url(GetPreferenceText(Preference::HomeUrl));
+    if (!url.HasContent())
+        return GoToPlace(VX3_PLACE_HOME);
+    (void)GoToUrl(url);
+}
+
+void BrowserDialog::GoToRoot(int32_t index)
+{
+    ContentRef root;
+    GetRootByIndex(index, root);
+    if (root)
+        GoTo(std::move(root));
+}
+
+// --- Panes ---
+
+void BrowserDialog::UpdateSelectionPanes(bool force)
+{
+    if (compact)
+        return;
+    const uint32_t changeCount = folderDialog.GetList().ChangeCount();
+    if (changeCount == lastChangeCount && !panesAreStale && !force)
+        return;
+    lastChangeCount = changeCount;
+    panesAreStale = false;
+    folderDialog.ShowStatus();
+}
+
+void BrowserDialog::OpenInNewWindow(ContentRef node)
+{
+    (void)OpenBrowserWindow(std::move(node)); // All 16 may be open.
+}
+
+void BrowserDialog::SelectLater(ContentRef child)
+{
+    events.Post(BrowserEvent::Type::Select, NodeRef(child));
+}
+
+void BrowserDialog::ActivateGadget(int32_t id)
+{
+    if (id == Gadget::folderPane)
+        folderDialog.ActivateView();
+}
+
+// --- Announcements ---
+
+void BrowserDialog::NodeListChanged(const RTreeNode* node, const RTreeNode* parent)
+{
+    const RTreeNode* shown = announcedFor.load(std::memory_order_relaxed);
+    if (shown && (node == shown || parent == shown))
+        reloadAll.store(true, std::memory_order_relaxed);
+}
+
+bool BrowserDialog::HasWork()
+{
+    return reloadAll.load(std::memory_order_relaxed) || reloadPane.load(std::memory_order_relaxed) || events.HasPending();
+}
+
+} // namespace browser
