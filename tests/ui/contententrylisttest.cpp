@@ -6,7 +6,9 @@
 #include "listfixture.h"
 
 #include "nodes/baselistnode.h"
+#include "plugins/registryorder.h"
 #include "services/preferencesend.h"
+#include "ui/eventring.h"
 
 using namespace browser;
 using namespace vx3::tests;
@@ -42,8 +44,8 @@ TEST_F(EntryList, ASelectionSurvivesWhatTheDiskDoes)
           0 },
         { "an unselected one is gone", [&] { Disk().Remove("/p/b"); }, "sub 0 [a] bb [c] d", 0 },
         { "a selected one is gone", [&] { Disk().Remove("/p/a"); }, "sub 0 bb [c] d", 1 },
-        { "renamed here: it moves with its mark",
-          [&] { EXPECT_EQ(Child(*top, "c")->Rename(ChangeMode::Do, TextOf("x")), Error::none); }, "sub 0 bb d [x]", 0 },
+        { "renamed here: it moves with its mark", [&] { EXPECT_EQ(Child(*top, "c")->Rename(ChangeMode::Do, TextOf("x")), Error::none); },
+          "sub 0 bb d [x]", 0 },
         { "renamed outside: that is another one", [&] { Disk().Remove("/p/x"), Disk().AddFile("/p/y", "", Day(1)); }, "sub 0 bb d y", 1 },
         { "nothing was selected", [&] { Disk().Remove("/p/d"); }, "sub 0 bb y", 0 },
         { "an empty folder", [&] { Disk().Remove("/p"), Disk().AddFolder("/p"); }, "", 0 },
@@ -224,6 +226,43 @@ TEST_F(EntryList, AClosedWindowHoldsNoNodesAndFindsThemAgain)
     EXPECT_EQ(Text(), "a c d e");
     list.Unpark(FirstOf(*top));
     EXPECT_EQ(Text(), "a c d e") << "what was parked is of another array";
+}
+
+// The checked table reports a lock that is taken out of order.
+TEST_F(EntryList, NodesAreAskedAndEventsPostedInTheOrderOfLocks)
+{
+    MakeFolder("/p", { "a.tif", "b.png", "sub/" });
+    EXPECT_TRUE(CreatePluginRegistry());
+    RegisterAllPlugins();
+    Synchronize();
+    EventRing ring;
+    BrowserEvent event;
+    {
+        const Reader entries(list);
+        for (const ContentViewEntry& entry : entries->All()) {
+            String text;
+            BrowserURL url;
+            BrowserContentNode& node = *ContentOf(entry.node);
+            node.GetName(text), node.GetTypeName(text, TypeDetail::Specific);
+            (void)node.GetUrl(url, 0);
+            (void)node.GetPlugin(PLUGIN_QUICK_TEST);
+            Destroy(node.GetPreview(0, 32));
+        }
+        ring.Post(BrowserEvent::Type::Select, NodeRef(top));
+    }
+    {
+        LockGuard listing(top->contentLock, LockRank::Content);
+        ring.Post(BrowserEvent::Type::Deselect, NodeRef(top));
+    }
+    {
+        const Writer entries(list);
+        EXPECT_TRUE(ring.Take(event) && ring.Take(event));
+        entries->SetNodeSelected(event.node, true);
+    }
+    top->RemoveChildren();
+    Synchronize();
+    FreeAllPlugins();
+    FreePluginRegistry();
 }
 
 TEST_F(EntryList, AnEmptyFolderIsNoFailure)
