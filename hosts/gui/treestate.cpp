@@ -12,11 +12,15 @@ namespace {
 constexpr size_t mostRows = 1 << 20; // of a tree without an end, the rest is not shown
 constexpr int rowMargin = 3;         // above and below the text of a row without a height of its own
 
+int64_t IdOfRow(const TreeState& tree, void* row)
+{
+    return tree.table->id ? tree.table->id(tree.object, row) : static_cast<int64_t>(reinterpret_cast<intptr_t>(row));
+}
+
 TreeRow AskRow(const TreeState& tree, void* row, int depth, int top)
 {
     const VX3TreeTable& table = *tree.table;
-    TreeRow asked = { row, 0, depth, top, 0, false, false };
-    asked.id = table.id ? table.id(tree.object, row) : static_cast<int64_t>(reinterpret_cast<intptr_t>(row));
+    TreeRow asked = { row, IdOfRow(tree, row), depth, top, 0, false, false };
     asked.height = table.rowHeight ? table.rowHeight(tree.object, row) : tree.host->GetToolkit().FontHeight() + 2 * rowMargin;
     asked.height = std::max(1, asked.height);
     asked.isOpen = table.isOpen && table.isOpen(tree.object, row);
@@ -131,6 +135,11 @@ void LayOutTree(Toolkit& toolkit, Gadget& gadget)
         gadget.view.height = std::max(0, gadget.view.height - bar);
     gadget.content = need.Widened(gadget.view);
     ClampScrolled(gadget);
+}
+
+void SetTreeFocus(Gadget& gadget, void* row)
+{
+    gadget.tree->focus = row ? std::optional(IdOfRow(*gadget.tree, row)) : std::nullopt;
 }
 
 void RedrawTree(Gadget& gadget)

@@ -67,6 +67,8 @@ void SettleTree(Gadget& gadget);
 // Sets view, content and scrolled of a gadget that has its place.
 void LayOutTree(Toolkit& toolkit, Gadget& gadget);
 void RedrawTree(Gadget& gadget);
+// The row that keys start from, also one that cannot be scrolled to yet; none for no row.
+void SetTreeFocus(Gadget& gadget, void* row);
 
 // The rows of a tree, asked for if need be. Calls the module, but nothing nested.
 const std::vector<TreeRow>& RowsOf(TreeState& tree);

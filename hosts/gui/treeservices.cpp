@@ -1,0 +1,91 @@
+// The table of guitree.h.
+#include "gui/gadgettree.h"
+#include "gui/layout.h"
+
+namespace vx3::gui {
+
+namespace {
+
+// A call for a gadget that shows a tree.
+class AttachedCall : public GadgetCall
+{
+public:
+    AttachedCall(VX3Dialog handle, int32_t id)
+        : GadgetCall(handle, id, VX3_GADGET_TREE)
+    {
+        if (gadget && !gadget->tree)
+            gadget = nullptr;
+    }
+};
+
+VX3Bool Attach(VX3Dialog dialog, int32_t id, void* object, const VX3TreeTable* table)
+{
+    const GadgetCall call(dialog, id, VX3_GADGET_TREE);
+    if (!call || !table)
+        return 0;
+    AttachTree(*call.gadget, *call.desk, object, table);
+    return 1;
+}
+
+VX3Bool Refresh(VX3Dialog dialog, int32_t id)
+{
+    const AttachedCall call(dialog, id);
+    if (!call)
+        return 0;
+    RefreshTree(*call.gadget);
+    return 1;
+}
+
+VX3Bool Redraw(VX3Dialog dialog, int32_t id)
+{
+    const AttachedCall call(dialog, id);
+    if (!call)
+        return 0;
+    RedrawTree(*call.gadget);
+    return 1;
+}
+
+VX3Bool ShowRow(VX3Dialog dialog, int32_t id, void* row)
+{
+    const AttachedCall call(dialog, id);
+    const auto index = call ? FindRow(*call.gadget->tree, row) : std::nullopt;
+    if (!index)
+        return 0;
+    ShowTreeRow(*call.gadget, *index);
+    return 1;
+}
+
+VX3Bool GetRowPlace(VX3Dialog dialog, int32_t id, void* row, VX3Rectangle* rectangle, int32_t* indent)
+{
+    const AttachedCall call(dialog, id);
+    const auto index = call ? FindRow(*call.gadget->tree, row) : std::nullopt;
+    if (!index)
+        return 0;
+    const TreeRow& found = call.gadget->tree->rows[*index];
+    const Place place = PlaceOfRow(*call.gadget, found);
+    if (!IsSeen(*call.gadget) || place.Cut({ 0, 0, call.gadget->view.width, call.gadget->view.height }).IsEmpty())
+        return 0;
+    const Point corner = call.desk->toolkit.InsideCorner(call.dialog->Window()) + PlaceInWindow(*call.gadget).Corner();
+    *rectangle = RectangleOf(place.Moved(corner));
+    *indent = (found.depth + 1) * treeIndent - call.gadget->scrolled.x;
+    return 1;
+}
+
+VX3Bool SetFocusRow(VX3Dialog dialog, int32_t id, void* row)
+{
+    const AttachedCall call(dialog, id);
+    if (!call)
+        return 0;
+    SetTreeFocus(*call.gadget, row);
+    return 1;
+}
+
+} // namespace
+
+const VX3TreeServices* TreeServices()
+{
+    static constexpr VX3TreeServices services = { Attach, Refresh, Redraw, ShowRow, GetRowPlace, SetFocusRow };
+    return &services;
+}
+
+} // namespace vx3::gui
