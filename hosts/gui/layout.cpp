@@ -130,4 +130,25 @@ bool MoveBorder(Gadget& splitter, size_t border, int position)
     return true;
 }
 
+std::vector<int> BorderPositions(Gadget& splitter, const std::vector<double>& weights)
+{
+    const Axis axis = AxisOf(splitter);
+    std::vector<Part> parts = PartsOf(splitter);
+    int length = 0;
+    for (Part& part : parts) {
+        part.weight = part.index < weights.size() ? weights[part.index] : 0;
+        length += LengthOf(splitter.children[part.index]->place, axis);
+    }
+    DivideByWeights(parts, length);
+    const int spare = LengthOf(splitter.place, axis) - length; // what the borders take
+    const int width = parts.size() > 1 ? spare / static_cast<int>(parts.size() - 1) : 0;
+    std::vector<int> positions(splitter.children.size(), 0);
+    int start = StartOf(splitter.place, axis);
+    for (const Part& part : parts) {
+        positions[part.index] = start + part.length;
+        start += part.length + width;
+    }
+    return positions;
+}
+
 } // namespace vx3::gui

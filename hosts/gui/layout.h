@@ -39,6 +39,9 @@ void ClampScrolled(Gadget& scroll);
 // weights; false if they are the same. The layout comes afterwards.
 bool MoveBorder(Gadget& splitter, size_t border, int position);
 
+// Where the borders of a splitter stand if its parts have these weights, one for each child.
+std::vector<int> BorderPositions(Gadget& splitter, const std::vector<double>& weights);
+
 inline bool IsColumn(const Gadget& splitter)
 {
     return splitter.shape.columns == 1;

@@ -383,6 +383,13 @@ std::string PlaceIn(std::string_view text, size_t at)
 
 } // namespace
 
+std::string_view WordOfKind(int32_t kind)
+{
+    // The first row is a group as well, under the name of a file's root.
+    const auto found = std::find_if(std::begin(kinds) + 1, std::end(kinds), [&](const Kind& row) { return row.kind == kind; });
+    return found == std::end(kinds) ? std::string_view() : found->word;
+}
+
 bool ParseLayout(std::string_view text, int32_t number, LayoutNode& root, std::string& error)
 {
     if (text.size() > mostBytes) {

@@ -48,6 +48,9 @@ struct LayoutNode {
     std::vector<LayoutNode> children;
 };
 
+// The word of a kind of gadget; empty for none.
+std::string_view WordOfKind(int32_t kind);
+
 // The errors begin with line and column, those of a file with its name in front.
 bool ParseLayout(std::string_view text, int32_t number, LayoutNode& root, std::string& error);
 bool LoadLayoutFile(const std::string& file, int32_t number, LayoutNode& root, std::string& error);

@@ -1,25 +1,21 @@
 // Scripts: what a user would do, as lines of text, played in a host with or without a
 // screen. The same script gives the same dumps in both.
 //
-//     open [PATH|URL]                    goto PATH|URL                 close
-//     window N                           the N-th open window is the one that is meant from here on
-//     click|dclick|rclick GADGET X Y [quals]        quals: any of shift ctrl alt
-//     press|move|release GADGET X Y [quals] [left|right|middle|back|forward]
-//     drag GADGET X Y to GADGET X Y [quals] [no-drop]
-//     wheel GADGET X Y NOTCHES [quals]   drag-splitter GADGET W1 W2 …
-//     key CODE|NAME [quals]              type TEXT      enter      esc
-//     push GADGET    set GADGET VALUE    text GADGET TEXT     menu ID     command ID
-//     answer N|TEXT                      of the next menu or box, queued before it opens
-//     size W H                           area GADGET W H              of the inside; of one gadget
-//     advance MS                         the clock of timers moves
-//     settle                             until no thread works and nothing waits
-//     dump list|tree|history|menu|preview|displaylist|gadgets|focus|state
-//     shot FILE                          a picture of the window
-//     file|folder NAME…   remove NAME…   rename A B        below the folder of the scenario
-//     say TEXT                           echoes into the output
+//     open pictures
+//     click 10122 20 20 ctrl             # left, in the area 10122
+//     key down shift
+//     answer 900021
+//     rclick 10122 50% 50%
+//     settle
+//     dump list
 //
-// `#` begins a comment. A place X Y may also be written in percent of the gadget.
-// A verb may stop in the middle of something nested: then the next lines run inside it.
+// The verbs stand in the table of scriptverbs.cpp, from which ScriptHelp makes a text. A line is
+// words between blanks; one with blanks stands in double quotes, in which \", \\ and \n are
+// escapes. A word that begins with `#` begins a comment.
+//
+// Points are in the contents of a gadget, as its module counts them, or in percent of what is
+// seen of it. A gesture is run as what it is made of, a press and a release: when a press
+// begins something nested, the lines that follow run inside it.
 #pragma once
 
 #include <deque>
@@ -64,34 +60,47 @@ struct ScriptProgram {
     std::string folder;                                       // of the scenario, for file, folder, remove, rename
 };
 
-class Script
-{
-public:
-    Script(Desk& ownDesk, Driver& ownDriver, ScriptProgram ownProgram);
+// A line that was understood: its verb and the words behind it.
+struct ScriptLine {
+    int number = 0;
+    std::vector<std::string> words;
+};
 
-    // False, with a line that says where and what, if it cannot be understood.
-    bool Parse(const std::string& text, std::string& error);
-    // Runs the next line, if there is one. Nested operations of a host call it to go on.
-    bool Step();
-    bool IsDone() const { return lines.empty(); }
-    bool HasFailed() const { return !failure.empty(); }
-    const std::string& Failure() const { return failure; } // with the number of its line
-    void SetOutput(std::function<void(const std::string& line)> listener) { output = std::move(listener); }
-
-private:
-    struct Line {
-        int number = 0;
-        std::vector<std::string> words;
-    };
-    void Run(const Line& line);
-
+struct ScriptState {
     Desk& desk;
     Driver& driver;
     ScriptProgram program;
-    std::deque<Line> lines;
+    std::deque<ScriptLine> lines; // that are still to run
+    int line = 0;                 // the number of the last one that began
     std::string failure;
     std::function<void(const std::string&)> output;
-    size_t window = 0;
+    VX3Dialog window = 0; // the one that is meant; the last that was opened if it is none
 };
+
+class Script
+{
+public:
+    Script(Desk& desk, Driver& driver, ScriptProgram program)
+        : state{ desk, driver, std::move(program), {}, 0, {}, {}, 0 }
+    {
+    }
+
+    // False, with a line that says where and what, if it cannot be understood.
+    bool Parse(const std::string& text, std::string& error);
+    // Runs the next line, if there is one. Nested operations of a host call it to go on. A line
+    // that fails is the last one.
+    bool Step();
+    bool IsDone() const { return state.lines.empty(); }
+    bool HasFailed() const { return !state.failure.empty(); }
+    const std::string& Failure() const { return state.failure; } // with the number of its line
+    int Line() const { return state.line; }                      // of the gesture that runs or ran last; 0: none
+    void SetOutput(std::function<void(const std::string& line)> listener) { state.output = std::move(listener); }
+
+private:
+    ScriptState state;
+};
+
+// What can be written in a script, a verb a line.
+std::string ScriptHelp();
 
 } // namespace vx3::gui
