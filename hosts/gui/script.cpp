@@ -8,6 +8,8 @@ bool Script::Parse(const std::string& text, std::string& error)
 {
     try {
         state.lines = ParseScript(text);
+        state.failure.clear();
+        state.line = 0;
         return true;
     } catch (const ScriptError& failed) {
         error = failed.message;
