@@ -16,9 +16,10 @@ Allowed = {
     "examples": {"sdk"},
     "hosts/core": {"sdk"},
     "hosts/testing": {"sdk", "hosts/core"},
-    "hosts/headless": {"sdk", "hosts/core"},
-    "hosts/desktop": {"sdk", "hosts/core"},
-    "hosts/console": {"sdk", "hosts/core", "hosts/headless"},
+    "hosts/gui": {"sdk", "hosts/core"},
+    "hosts/headless": {"sdk", "hosts/core", "hosts/gui"},
+    "hosts/desktop": {"sdk", "hosts/core", "hosts/gui", "hosts/headless"},
+    "hosts/console": {"sdk", "hosts/core", "hosts/gui", "hosts/headless"},
 }
 for height, floor in enumerate(Floors):
     Allowed[f"{Module}/{floor}"] = {"sdk"} | {f"{Module}/{below}" for below in Floors[:height]}

@@ -1,0 +1,156 @@
+// Modal windows, rubber bands, drags and menus: the script goes on inside them.
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include "gui/layout.h"
+#include "gui/menutext.h"
+#include "headless/headlesstoolkit.h"
+#include "headless/natives.h"
+
+namespace vx3::headless {
+
+namespace {
+
+uint32_t ButtonBit(int32_t channel)
+{
+    return 1u << channel;
+}
+
+gui::Point ToScreen(const gui::Gadget& gadget, gui::Point inGadget)
+{
+    return InsideCornerOf(gadget.dialog->Window()) + gui::PlaceInWindow(gadget).Corner() + inGadget;
+}
+
+int Distance(gui::Point a, gui::Point b)
+{
+    return std::abs(a.x - b.x) + std::abs(a.y - b.y);
+}
+
+} // namespace
+
+// The pointer.
+
+void HeadlessToolkit::MovePointer(gui::Point screen)
+{
+    pointer = screen;
+    if (!track || track->state != PointerTrack::State::Held)
+        return;
+    if (track->kind == PointerTrack::Kind::Band) {
+        track->last = screen - ToScreen(track->gadget, {});
+        track->hasMoved |= track->last != track->start;
+        return;
+    }
+    track->last = screen;
+    track->hasMoved |= Distance(screen, track->start) >= dragDistance;
+    if (track->hasMoved && !desk->MoveDrag(screen, heldKeys))
+        track->state = PointerTrack::State::Cancelled;
+}
+
+void HeadlessToolkit::HoldButton(int32_t channel, bool isHeld)
+{
+    heldButtons = isHeld ? heldButtons | ButtonBit(channel) : heldButtons & ~ButtonBit(channel);
+    if (!isHeld && channel == VX3_CHANNEL_LEFT && track && track->state == PointerTrack::State::Held)
+        track->state = PointerTrack::State::Released;
+}
+
+void HeadlessToolkit::CancelTracking()
+{
+    if (track)
+        track->state = PointerTrack::State::Cancelled;
+}
+
+uint32_t HeadlessToolkit::PointerState(gui::Point& screen)
+{
+    screen = pointer;
+    return heldButtons;
+}
+
+// Nested operations.
+
+void HeadlessToolkit::RunModal(gui::Dialog& window)
+{
+    while (windows.Has(window) && !NativeOf(window).hasEndedModal) {
+        Turn();
+        if (step && step())
+            continue;
+        user.Fail("the script has ended while a modal window is open");
+        break;
+    }
+}
+
+void HeadlessToolkit::EndModal(gui::Dialog& window)
+{
+    NativeOf(window).hasEndedModal = true;
+}
+
+void HeadlessToolkit::RunTrack(PointerTrack& own, const char* what)
+{
+    track = &own;
+    while (own.state == PointerTrack::State::Held) {
+        Turn();
+        if (own.state != PointerTrack::State::Held || (step && step()))
+            continue;
+        user.Fail(std::string("the script has ended while ") + what + " is going on");
+        own.state = PointerTrack::State::Cancelled;
+    }
+    track = nullptr;
+}
+
+gui::Band HeadlessToolkit::TrackRubberBand(gui::Gadget& area, gui::Point start)
+{
+    if (track)
+        return {};
+    PointerTrack own = { PointerTrack::Kind::Band, area, start, start };
+    RunTrack(own, "a rubber band");
+    if (own.state == PointerTrack::State::Cancelled)
+        return { VX3_BAND_CANCELLED, {} };
+    if (own.last == start)
+        return { VX3_BAND_UNMOVED, {} };
+    return { VX3_BAND_RECTANGLE,
+             { std::min(start.x, own.last.x), std::min(start.y, own.last.y), std::max(start.x, own.last.x),
+               std::max(start.y, own.last.y) } };
+}
+
+void HeadlessToolkit::RunDrag(gui::Gadget& area)
+{
+    PointerTrack own = { PointerTrack::Kind::Drag, area, pointer, pointer };
+    if (!track)
+        RunTrack(own, "a drag");
+    desk->EndDrag(pointer, heldKeys, own.hasMoved && own.state == PointerTrack::State::Released);
+    dragCursor = 0;
+}
+
+int32_t HeadlessToolkit::RunPopup(gui::Dialog& window, const std::vector<gui::MenuItem>& menu, gui::Point)
+{
+    std::string answer;
+    if (!AskUser(gui::DescribeMenu(menu), answer) || !windows.Has(window))
+        return 0;
+    int32_t id = 0;
+    if (!gui::ChooseFromMenu(menu, answer, id))
+        user.Fail("the menu has no row to choose for '" + answer + "'");
+    return id;
+}
+
+void HeadlessToolkit::CancelNested(gui::Dialog& window)
+{
+    if (track && &track->gadget.dialog->Window() == &window)
+        track->state = PointerTrack::State::Cancelled;
+}
+
+// The popup edit.
+
+void HeadlessToolkit::OpenPopupEdit(gui::Dialog& window, const gui::Place& screen, const std::u16string& text)
+{
+    popup = { &window, screen, text, {} };
+    popup.editor.SelectAll(text);
+}
+
+void HeadlessToolkit::EndPopupEdit(bool isCancelled)
+{
+    const std::u16string text = popup.text;
+    if (std::exchange(popup, {}).window)
+        desk->PopupEditEnded(text, isCancelled);
+}
+
+} // namespace vx3::headless
