@@ -320,6 +320,24 @@ void Say(ScriptRun& run)
     run.Tell(run.Rest(1));
 }
 
+// What is tried here must fail; what it says is left to the program.
+void Refused(ScriptRun& run)
+{
+    ScriptLine tried;
+    for (size_t i = 1; i < run.Count(); ++i)
+        tried.words.push_back(run.Word(i));
+    const ScriptVerb* verb = FindVerb(tried.words[0]);
+    if (!verb || !verb->run)
+        throw ScriptError{ "'" + tried.words[0] + "' is nothing that can be refused" };
+    CheckArguments(tried, verb->pattern);
+    try {
+        RunLine(run.state, tried);
+    } catch (const ScriptError&) {
+        return;
+    }
+    throw ScriptError{ "this was not refused" };
+}
+
 // --- Files of the scenario ---
 
 void ForEachName(ScriptRun& run, void (*function)(const std::string& folder, const std::string& name))
@@ -378,6 +396,7 @@ constexpr ScriptVerb verbs[] = {
     { "command", "i", "command ID", "executes a registered command", nullptr, RunCommand },
     { "answer", "*", "answer [TEXT]", "answers the next menu or box with a number or a text; nothing cancels", nullptr, Answer },
     { "advance", "i", "advance MS", "lets the clock of timers go on", nullptr, Advance },
+    { "refused", "+", "refused VERB ...", "what this verb would do must fail, and nothing may happen", nullptr, Refused },
     { "settle", "", "settle", "until no thread works and nothing waits", nullptr, Settle },
     { "dump", "d", "dump WHAT", "list, tree, history, preview, state, menu, displaylist, gadgets or focus", nullptr, Dump },
     { "shot", "w", "shot FILE", "writes a picture of the window", nullptr, Shot },

@@ -87,6 +87,7 @@ void BrowserDialog::LookForChanges()
     DirectoryNode* folder = AsDirectory(currentNode.Get());
     if (!folder || !folder->CanHoldChildren())
         return;
+    RemoveIfGone(*folder);
     const int64_t shown = folder->Generation();
     if (folder->Populate() != shown)
         reloadPane.store(true, std::memory_order_relaxed);

@@ -1,7 +1,6 @@
 #include "ui/watchset.h"
 
 #include "model/contenttree.h"
-#include "nodes/directorynode.h"
 
 namespace browser {
 
@@ -51,8 +50,7 @@ void NoteChange(void* user)
     ContentRef node = static_cast<WatchedNode*>(user)->node; // a copy: the watch may end meanwhile
     DirectoryNode& folder = *AsDirectory(node.Get());
     folder.MarkDirty();
-    if (IsGone(folder))
-        ListAbove(folder);
+    RemoveIfGone(folder);
     NotifyChanged(std::move(node));
 }
 
@@ -104,6 +102,12 @@ void UnwatchNode(const ContentRef& node)
     WatchedNode* entry = (*watched)[place];
     watched->RemoveAt(place);
     FreeEntry(entry);
+}
+
+void RemoveIfGone(DirectoryNode& folder)
+{
+    if (IsGone(folder))
+        ListAbove(folder);
 }
 
 void ForgetWatches()

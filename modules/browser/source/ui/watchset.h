@@ -5,7 +5,7 @@
 // again when somebody goes there. Main thread only.
 #pragma once
 
-#include "model/browserinterface.h"
+#include "nodes/directorynode.h"
 
 namespace browser {
 
@@ -13,5 +13,8 @@ namespace browser {
 void WatchNode(const ContentRef& node);
 void UnwatchNode(const ContentRef& node);
 void ForgetWatches(); // at the end of the module
+
+// A folder that has gone from the disk leaves the tree: what is above it is listed.
+void RemoveIfGone(DirectoryNode& folder);
 
 } // namespace browser
