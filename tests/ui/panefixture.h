@@ -114,10 +114,15 @@ private:
 class PaneTest : public NodeTest
 {
 protected:
-    PaneTest()
+    explicit PaneTest(vx3::testing::TestHostOptions options = InMemory())
+        : NodeTest(std::move(options))
     {
         table = *testHost.Table();
         table.gui = gui.Services();
+        threads = *table.thread;
+        threads.sleep = [](int32_t milliseconds) { slept += milliseconds; };
+        table.thread = &threads;
+        slept = 0;
         browser::host = &table;
         browser::SetPreferenceDefaults();
         EXPECT_TRUE(browser::LoadResources(PathOf(MODULE_SOURCE "/browser.so")));
@@ -199,8 +204,11 @@ protected:
     std::unique_ptr<browser::FolderContentDialog> pane;
     std::unique_ptr<PaneTestWindow> window;
 
+    static inline int32_t slept = 0; // milliseconds
+
 private:
     VX3Host table;
+    VX3ThreadServices threads;
 };
 
 } // namespace vx3::tests

@@ -23,6 +23,12 @@ Rectangle ContentListView::SeenPart() const
     return part;
 }
 
+bool ContentListView::IsSeen() const
+{
+    const Rectangle part = SeenPart();
+    return part.x1 < part.x2 && part.y1 < part.y2;
+}
+
 void ContentListView::ScrollTo(Point corner)
 {
     const Rectangle part = SeenPart();
@@ -57,9 +63,9 @@ ScrollPlace ContentListView::GetPlace() const
 
 void ContentListView::SetPlace(const ScrollPlace& place)
 {
-    keepsPlace = false;
+    keepsPlace = !IsSeen(); // until there is something to scroll
+    keptPlace = setPlace = place;
     ScrollTo({ SeenPart().x1, EntryToScroll(place) });
-    setPlace = place;
     setTop = SeenPart().y1;
 }
 

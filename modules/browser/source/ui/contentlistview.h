@@ -39,6 +39,7 @@ public:
 
     // What is seen of the area; x2 and y2 lie behind the last pixel.
     Rectangle SeenPart() const;
+    bool IsSeen() const; // false before the dialog has been laid out
     void ScrollTo(Point corner);
     void ScrollIntoView(const Rectangle& wanted);
     virtual void UpdateVisibleRange() = 0;

@@ -4,6 +4,7 @@
 #include "model/urlresolver.h"
 #include "nodes/directorynode.h"
 #include "services/guitools.h"
+#include "services/resources.h"
 
 namespace browser {
 
@@ -20,10 +21,16 @@ ContentRef FollowLink(ContentRef item)
     return found ? found : item;
 }
 
-bool GetFilePath(const NodeRef& item, FilePath& path)
+// Tells the user if the system does not do it.
+void HandToSystem(const NodeRef& item, bool (*take)(const FilePath& path), int32_t failureText)
 {
+    FilePath path;
     DirectoryNode* file = AsDirectory(ContentOf(item));
-    return file && file->ReadPath(path);
+    if (!file || !file->ReadPath(path) || take(path))
+        return;
+    String name;
+    file->GetName(name);
+    ShowError(ResourceText(failureText, std::span<const String>(&name, 1)));
 }
 
 } // namespace
@@ -40,16 +47,12 @@ void OpenEntry(PaneWindow& window, ContentRef item, bool newDocument)
 
 void ShowInFileManager(const NodeRef& item)
 {
-    FilePath path;
-    if (GetFilePath(item, path))
-        (void)RevealPath(path);
+    HandToSystem(item, RevealPath, Texts::NoFileManager);
 }
 
 void OpenInSystem(const NodeRef& item)
 {
-    FilePath path;
-    if (GetFilePath(item, path))
-        (void)OpenWithSystem(path);
+    HandToSystem(item, OpenWithSystem, Texts::NoProgram);
 }
 
 } // namespace browser

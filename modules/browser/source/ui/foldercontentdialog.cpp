@@ -116,11 +116,9 @@ BrowserURL AddressOf(const ContentRef& folder)
 
 void FolderContentDialog::StorePosition(ContentRef folder) const
 {
-    if (!isShown || (folder && folder->IsRemoved()))
+    if (!isShown || !activeView->IsSeen() || (folder && folder->IsRemoved()))
         return;
     const Rectangle part = activeView->SeenPart();
-    if (part.IsEmpty()) // not laid out yet, or not any more
-        return;
     const ScrollPlace place = activeView->GetPlace();
     BrowserURL address = AddressOf(folder);
     StoreFolderPosition(address, { place.index, place.offset, part.x2 - part.x1, part.y2 - part.y1 });
