@@ -41,6 +41,14 @@ public:
         else
             combo->setCurrentIndex(combo->findData(static_cast<int>(gadget.value)));
     }
+    bool EnterText(const std::u16string& text) override
+    {
+        if (!combo->isEditable() || !combo->isEnabled())
+            return false;
+        if (text != gadget.text)
+            combo->setEditText(ToQt(text));
+        return true;
+    }
 
 private:
     void ShowRows()
@@ -65,7 +73,6 @@ public:
         : QtGadget(ownToolkit, ownGadget)
         , slider(new QSlider(Qt::Horizontal, Around()))
     {
-        slider->setFocusPolicy(Qt::TabFocus);
         Own(slider);
         QObject::connect(slider, &QSlider::valueChanged, slider, [this](int position) {
             const double value = std::min(gadget.most, gadget.least + position * Step());

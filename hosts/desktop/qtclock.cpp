@@ -63,13 +63,14 @@ void QtClock::EndScript()
     Arm();
 }
 
-void QtClock::Advance(int milliseconds)
+// A timer that does not run because it is running already stays due: time goes on all the same.
+void QtClock::Advance(int milliseconds, const std::function<void()>& turn)
 {
     const int64_t end = scriptedNow + milliseconds;
-    while (wakeAt >= 0 && wakeAt <= end) {
-        scriptedNow = std::max(scriptedNow, wakeAt);
-        wakeAt = -1;
+    for (int64_t least = scriptedNow; wakeAt >= 0 && wakeAt <= end && least <= end; least = scriptedNow + 1) {
+        scriptedNow = std::max({ scriptedNow, wakeAt, least });
         due();
+        turn();
     }
     scriptedNow = std::max(scriptedNow, end);
 }

@@ -22,8 +22,9 @@ public:
 
     void BeginScript(); // the time stands still from now on
     void EndScript();
-    // Turns the time forward; `due` is called at each moment that is asked for on the way.
-    void Advance(int milliseconds);
+    // Turns the time forward; `due` is called at each moment that is asked for on the way, and
+    // `turn` behind it.
+    void Advance(int milliseconds, const std::function<void()>& turn);
 
 private:
     void Arm();

@@ -44,6 +44,15 @@ public:
         const int length = static_cast<int>(gadget.text.size());
         edit->setSelection(from, count < 0 ? length - from : count);
     }
+    bool EnterText(const std::u16string& text) override
+    {
+        if (edit->isReadOnly() || !edit->isEnabled())
+            return false;
+        edit->setText(ToQt(text)); // a user's editing, which textEdited would tell, in one go
+        if (text != gadget.text)
+            toolkit.GetDesk().UserSetText(gadget, text, false);
+        return true;
+    }
 
 private:
     QLineEdit* edit;
@@ -83,6 +92,14 @@ public:
         cursor.setPosition(std::clamp(from, 0, length));
         cursor.setPosition(count < 0 ? length : std::clamp(from + count, 0, length), QTextCursor::KeepAnchor);
         edit->setTextCursor(cursor);
+    }
+    bool EnterText(const std::u16string& text) override
+    {
+        if (edit->isReadOnly() || !edit->isEnabled())
+            return false;
+        if (text != gadget.text)
+            edit->setPlainText(ToQt(text));
+        return true;
     }
 
 private:
@@ -152,6 +169,14 @@ public:
         const QDate date(gadget.date.year, gadget.date.month, gadget.date.day);
         edit->setDate(date.isValid() ? date : edit->minimumDate());
         edit->setSpecialValueText(date.isValid() ? QString() : QStringLiteral("–"));
+    }
+    bool EnterText(const std::u16string& text) override
+    {
+        const QDate date = QDate::fromString(ToQt(text), Qt::ISODate);
+        if (!date.isValid() || !edit->isEnabled())
+            return false;
+        edit->setDate(date);
+        return true;
     }
 
 private:

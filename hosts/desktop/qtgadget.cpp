@@ -86,6 +86,11 @@ void QtGadget::SelectText(int, int)
     // Only fields have a text that can be selected.
 }
 
+bool QtGadget::EnterText(const std::u16string&)
+{
+    return false;
+}
+
 void QtGadget::Redraw(const Place&)
 {
     if (widget)

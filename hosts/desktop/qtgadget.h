@@ -29,6 +29,7 @@ public:
     virtual Size Need() const; // of its contents
     virtual void Show(gui::Change change);
     virtual void SelectText(int from, int count);
+    virtual bool EnterText(const std::u16string& text); // as the user would; false if that cannot be
     virtual void Redraw(const Place& part);
     virtual QWidget* Inside() { return nullptr; } // a scroll group: where its contents are
     virtual QWidget* FocusWidget() { return widget; }

@@ -4,7 +4,6 @@
 #include <QSignalBlocker>
 #include <QStyle>
 #include <QStyleOption>
-#include <QStyleOptionGroupBox>
 #include <QTabBar>
 
 #include "gui/layout.h"
@@ -39,12 +38,9 @@ protected:
     {
         QPainter painter(this);
         const int top = toolkit.OwnMetrics().groupTitle;
-        QStyleOptionFrame option;
-        option.initFrom(this);
-        option.rect = rect().adjusted(0, top, 0, 0);
-        option.features = QStyleOptionFrame::None;
-        option.lineWidth = 1;
-        style()->drawPrimitive(QStyle::PE_FrameGroupBox, &option, &painter, this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(toolkit.FrameColour());
+        painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, top + 0.5, -0.5, -0.5), 3, 3);
         style()->drawItemText(&painter, QRect(0, 0, width(), top), Qt::AlignLeft | Qt::AlignVCenter, palette(), isEnabled(), title,
                               QPalette::WindowText);
     }

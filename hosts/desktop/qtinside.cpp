@@ -67,7 +67,12 @@ void WindowInside::resizeEvent(QResizeEvent*)
 
 void WindowInside::keyPressEvent(QKeyEvent* event)
 {
-    event->setAccepted(dialog && (toolkit.GetDesk().FeedKey(*dialog, InputOf(*event)) || toolkit.OfferKey(*event)));
+    if (!dialog || toolkit.GetDesk().FeedKey(*dialog, InputOf(*event)))
+        return;
+    if (dialog && dialog->isModal && event->key() == Qt::Key_Escape)
+        toolkit.GetDesk().UserClosed(*dialog);
+    else
+        event->setAccepted(toolkit.OfferKey(*event));
 }
 
 bool WindowInside::focusNextPrevChild(bool isNext)

@@ -30,7 +30,7 @@ protected:
     void paintEvent(QPaintEvent*) override
     {
         QPainter painter(this);
-        const QString shown = fontMetrics().elidedText(text(), Qt::ElideRight, width());
+        const QString shown = IsCut() ? fontMetrics().elidedText(text(), Qt::ElideRight, width()) : text();
         style()->drawItemText(&painter, rect(), static_cast<int>(alignment()), palette(), isEnabled(), shown, foregroundRole());
     }
     void resizeEvent(QResizeEvent* event) override
@@ -40,11 +40,8 @@ protected:
     }
 
 private:
-    void UpdateTip()
-    {
-        const bool isCut = fontMetrics().horizontalAdvance(text()) > width();
-        setToolTip((tip.isEmpty() && isCut ? text() : tip).toHtmlEscaped());
-    }
+    bool IsCut() const { return fontMetrics().horizontalAdvance(text()) > width(); }
+    void UpdateTip() { setToolTip((tip.isEmpty() && IsCut() ? text() : tip).toHtmlEscaped()); }
 
     QString tip;
 };

@@ -31,8 +31,12 @@ Nested::Nested(QtToolkit& ownToolkit)
 void Nested::RunModal(Dialog& window)
 {
     QEventLoop loop;
-    Scope scope(*this, Kind::Modal, window, [&loop] { loop.quit(); });
-    loop.exec();
+    bool isOver = false;
+    Scope scope(*this, Kind::Modal, window, [&] {
+        isOver = true;
+        loop.quit();
+    });
+    toolkit.WaitIn(loop, isOver, "a modal window");
 }
 
 void Nested::EndModal(const Dialog& window)
@@ -51,7 +55,7 @@ gui::Band Nested::TrackRubberBand(Gadget& area, Point start)
 
 void Nested::RunDrag(Gadget& area)
 {
-    PointerChase chase(toolkit.Pointer());
+    PointerChase chase(toolkit);
     Scope scope(*this, Kind::Other, area.dialog->Window(), [&chase] { chase.Cancel(); });
     const QPoint from = chase.Position();
     bool isMoving = false;
@@ -64,7 +68,7 @@ void Nested::RunDrag(Gadget& area)
         if (isMoving && !toolkit.GetDesk().MoveDrag(ToPoint(screen), qualifiers))
             chase.Cancel();
     };
-    const PointerChase::End end = chase.Run(moved);
+    const PointerChase::End end = chase.Run("a drag", moved);
     if (isMoving)
         QGuiApplication::restoreOverrideCursor();
     toolkit.GetDesk().EndDrag(ToPoint(chase.Position()), chase.Qualifiers(), isMoving && end == PointerChase::End::Released);
@@ -76,21 +80,27 @@ int32_t Nested::RunPopup(Dialog& window, const std::vector<gui::MenuItem>& rows,
     auto* menu = new QMenu(WindowOf(window)->Frame());
     QPointer<QMenu> alive = menu; // the window may go, and the menu with it
     FillMenu(*menu, rows, [&chosen](int32_t id) { chosen = id; });
+    bool isCancelled = false;
     QEventLoop loop;
     QObject::connect(menu, &QMenu::aboutToHide, &loop, &QEventLoop::quit);
     QObject::connect(menu, &QObject::destroyed, &loop, &QEventLoop::quit);
     Scope scope(*this, Kind::Other, window, [&] {
-        chosen = 0;
+        isCancelled = true;
         if (alive)
             alive->close();
         loop.quit();
     });
     menu->popup(screen == Point{ -1, -1 } ? toolkit.Pointer().Position() : ToQt(screen));
-    toolkit.PopupOpened(*menu);
-    loop.exec();
-    if (alive)
+    if (ScriptHost* script = toolkit.GetScript())
+        chosen = script->ChooseFrom(*menu, rows);
+    else if (!isCancelled && menu->isVisible())
+        loop.exec();
+    if (alive) {
+        alive->disconnect(&loop);
+        alive->close();
         alive->deleteLater();
-    return chosen;
+    }
+    return isCancelled ? 0 : chosen;
 }
 
 void Nested::Cancel(const Dialog& window)

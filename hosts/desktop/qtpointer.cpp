@@ -7,6 +7,8 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 
+#include "qttoolkit.h"
+
 namespace vx3::desktop {
 
 PointerWatch::PointerWatch()
@@ -51,20 +53,21 @@ QPoint PointerWatch::Position() const
     return isScripted ? position : QCursor::pos();
 }
 
-PointerChase::PointerChase(const PointerWatch& watch)
-    : position(watch.Position())
-    , qualifiers(watch.Qualifiers())
+PointerChase::PointerChase(QtToolkit& ownToolkit)
+    : toolkit(ownToolkit)
+    , position(ownToolkit.Pointer().Position())
+    , qualifiers(ownToolkit.Pointer().Qualifiers())
 {
 }
 
-PointerChase::End PointerChase::Run(const Moved& moved)
+PointerChase::End PointerChase::Run(const char* what, const Moved& moved)
 {
     listener = moved;
     QEventLoop nested;
     loop = &nested;
     QCoreApplication::instance()->installEventFilter(this);
-    if (!isOver)
-        nested.exec();
+    if (!toolkit.WaitIn(nested, isOver, what))
+        end = End::Cancelled;
     QCoreApplication::instance()->removeEventFilter(this);
     loop = nullptr;
     return end;

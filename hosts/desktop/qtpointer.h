@@ -15,6 +15,8 @@ class QWidget;
 
 namespace vx3::desktop {
 
+class QtToolkit;
+
 // Remembers what the last events said. While a script runs that is all there is, since its
 // pointer is not that of the screen. Main thread only.
 class PointerWatch final : public QObject
@@ -44,9 +46,9 @@ public:
     enum class End { Released, Cancelled };
     using Moved = std::function<void(QPoint screen, uint32_t qualifiers)>;
 
-    explicit PointerChase(const PointerWatch& watch);
+    explicit PointerChase(QtToolkit& ownToolkit);
 
-    End Run(const Moved& moved); // nested
+    End Run(const char* what, const Moved& moved); // nested
     void Cancel() { Finish(End::Cancelled); }
     QPoint Position() const { return position; }
     uint32_t Qualifiers() const { return qualifiers; }
@@ -60,6 +62,7 @@ private:
     void Tell();
     void Finish(End wanted);
 
+    QtToolkit& toolkit;
     QPoint position;
     uint32_t qualifiers;
     Moved listener;

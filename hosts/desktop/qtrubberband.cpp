@@ -27,7 +27,7 @@ RubberBand::RubberBand(QtToolkit& ownToolkit, Gadget& ownArea, Point ownStart)
     : toolkit(ownToolkit)
     , area(&ownArea)
     , surface(ownArea.native ? NativeOf(ownArea)->Widget() : nullptr)
-    , chase(ownToolkit.Pointer())
+    , chase(ownToolkit)
     , start(ownStart)
     , end(ownStart)
 {
@@ -56,7 +56,7 @@ gui::Band RubberBand::Run()
     QObject::connect(&edge, &QTimer::timeout, &chase, [this] { ScrollAtEdge(); });
     if (!toolkit.IsScripted())
         edge.start(edgeInterval);
-    const PointerChase::End how = chase.Run([this](QPoint screen, uint32_t) { Follow(screen); });
+    const PointerChase::End how = chase.Run("a rubber band", [this](QPoint screen, uint32_t) { Follow(screen); });
     if (how == PointerChase::End::Cancelled || !area)
         return { VX3_BAND_CANCELLED, {} };
     end = InArea(chase.Position());

@@ -4,6 +4,7 @@
 #include <QSignalBlocker>
 #include <QWheelEvent>
 
+#include "gui/treestate.h"
 #include "qttoolkit.h"
 
 namespace vx3::desktop {
@@ -95,8 +96,13 @@ void ScrollFrame::ShowBar(QScrollBar& bar, int content, int seen, int position)
 
 void ScrollFrame::UserMoved()
 {
-    if (scroll)
-        toolkit.GetDesk().UserScrolled(*scroll, { across->value(), down->value() });
+    if (!scroll)
+        return;
+    const Point wanted = { across->value(), down->value() };
+    if (scroll->tree)
+        gui::ScrollTree(*scroll, wanted - scroll->scrolled);
+    else
+        toolkit.GetDesk().UserScrolled(*scroll, wanted);
 }
 
 // The remainder is kept for the next turn, so that fine wheels add up.

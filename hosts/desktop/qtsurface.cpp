@@ -159,7 +159,7 @@ void Surface::Redraw(const Place& part)
 void Surface::paintEvent(QPaintEvent* event)
 {
     QPainter painter(this);
-    if (!HasContents())
+    if (!HasContents() || !gadget->dialog->IsOpen())
         return painter.fillRect(event->rect(), palette().window());
     const QRegion& region = event->region();
     const QRegion parts = region.rectCount() <= mostParts ? region : QRegion(region.boundingRect());

@@ -1,5 +1,7 @@
 #include "qttexts.h"
 
+#include <cmath>
+
 #include <QPainter>
 #include <QTextLayout>
 
@@ -40,6 +42,7 @@ QFont CellFont(int width, int height)
 
 Texts::Texts()
     : metrics(font)
+    , exactMetrics(font)
     , widths(widthBudget)
     , layouts(layoutBudget)
 {
@@ -63,6 +66,7 @@ void Texts::UseFont(const QFont& wanted)
 {
     font = wanted;
     metrics = QFontMetrics(font);
+    exactMetrics = QFontMetricsF(font);
     widths.Clear();
     layouts.Clear();
 }
@@ -75,7 +79,7 @@ int Texts::WidthOf(std::u16string_view text)
         return 0;
     if (const int* width = widths.Find(text))
         return *width;
-    const int width = metrics.horizontalAdvance(ToQt(text));
+    const int width = static_cast<int>(std::ceil(exactMetrics.horizontalAdvance(ToQt(text))));
     return widths.Put(std::u16string(text), width, BytesOf(text) + entryCost);
 }
 

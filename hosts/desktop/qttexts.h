@@ -55,6 +55,7 @@ private:
     QFont userFont;
     QFont font;
     QFontMetrics metrics;
+    QFontMetricsF exactMetrics;
     int cellWidth = 0;
     int cellHeight = 0;
     AgingCache<std::u16string, int, TextHash> widths;

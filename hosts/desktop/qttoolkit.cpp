@@ -1,9 +1,17 @@
 #include "qttoolkit.h"
 
+#include <filesystem>
+
 #include <QApplication>
+#include <QEventLoop>
 #include <QPainter>
 #include <QStyle>
 
+#include "core/values.h"
+#include "headless/fixedfont.h"
+#include "headless/gadgetneeds.h"
+#include "headless/palette.h"
+#include "headless/pointertrack.h"
 #include "qtboxes.h"
 #include "qtgadget.h"
 #include "qticons.h"
@@ -18,6 +26,13 @@ namespace {
 bool ChangesLook(QEvent::Type type)
 {
     return type == QEvent::ApplicationPaletteChange || type == QEvent::ApplicationFontChange || type == QEvent::StyleChange;
+}
+
+std::string WordsOf(const gui::ChooseRequest& request)
+{
+    const char* const kind = request.mode == VX3_CHOOSE_FOLDER ? "folder: " : request.mode == VX3_CHOOSE_SAVE ? "save: " : "file: ";
+    const std::string filter = request.filter.empty() ? "" : " (" + core::Text(request.filter).Utf8() + ")";
+    return kind + core::Text(request.title).Utf8() + filter;
 }
 
 } // namespace
@@ -77,9 +92,9 @@ void QtToolkit::SetDesk(gui::Desk* wanted)
     desk = wanted;
 }
 
-void QtToolkit::BeginScript(ScriptedUser& user)
+void QtToolkit::BeginScript(ScriptHost& host)
 {
-    scripted = &user;
+    script = &host;
     pointer.SetScripted(true);
     clock.BeginScript();
     LookChanged();
@@ -87,21 +102,33 @@ void QtToolkit::BeginScript(ScriptedUser& user)
 
 void QtToolkit::EndScript()
 {
-    scripted = nullptr;
+    script = nullptr;
     pointer.SetScripted(false);
     clock.EndScript();
     LookChanged();
+}
+
+bool QtToolkit::WaitIn(QEventLoop& loop, const bool& isOver, const char* what)
+{
+    if (!script) {
+        if (!isOver)
+            loop.exec();
+        return true;
+    }
+    while (!isOver)
+        if (!script->Step(what))
+            return isOver;
+    return true;
 }
 
 // --- Looks ---
 
 void QtToolkit::ReadLook()
 {
-    constexpr Size cell = { 7, 13 };
     colours = Colours(QApplication::palette());
-    metrics = scripted ? scripted->GetMetrics() : MetricsOf(*QApplication::style(), QFontMetrics(QApplication::font()));
+    metrics = script ? gui::Metrics() : MetricsOf(*QApplication::style(), QFontMetrics(QApplication::font()));
     texts.SetFont(QApplication::font());
-    texts.SetCells(scripted ? cell.width : 0, scripted ? cell.height : 0);
+    texts.SetCells(script ? headless::cellWidth : 0, script ? headless::cellHeight : 0);
 }
 
 void QtToolkit::LookChanged()
@@ -118,12 +145,12 @@ QFont QtToolkit::TextFont() const
 
 Colour QtToolkit::ColourOf(int32_t number)
 {
-    return scripted ? scripted->ColourOf(number) : ToColour(colours.Of(number));
+    return script ? headless::PaletteColour(number) : ToColour(colours.Of(number));
 }
 
 int QtToolkit::DragDistance() const
 {
-    return scripted ? 1 : QApplication::startDragDistance();
+    return script ? headless::dragDistance : QApplication::startDragDistance();
 }
 
 QSize QtToolkit::SizeOfPicture(const gui::Picture& picture) const
@@ -132,11 +159,16 @@ QSize QtToolkit::SizeOfPicture(const gui::Picture& picture) const
     return view.width >= signSide ? QSize(iconSide, iconSide) : QSize(view.width, view.height);
 }
 
-void QtToolkit::DrawFrame(QPainter& painter, const QRect& place, bool hasFocus) const
+QColor QtToolkit::FrameColour() const
 {
     const QPalette palette = QApplication::palette();
-    const QColor still = palette.color(QPalette::Window).lightness() < 128 ? palette.color(QPalette::Mid) : palette.color(QPalette::Dark);
-    const QColor colour = hasFocus ? palette.color(QPalette::Active, QPalette::Highlight) : still;
+    const bool isDark = palette.color(QPalette::Window).lightness() < 128;
+    return isDark ? palette.color(QPalette::Window).lighter(170) : palette.color(QPalette::Window).darker(140);
+}
+
+void QtToolkit::DrawFrame(QPainter& painter, const QRect& place, bool hasFocus) const
+{
+    const QColor colour = hasFocus ? QApplication::palette().color(QPalette::Active, QPalette::Highlight) : FrameColour();
     painter.fillRect(QRect(place.left(), place.top(), place.width(), 1), colour);
     painter.fillRect(QRect(place.left(), place.bottom(), place.width(), 1), colour);
     painter.fillRect(QRect(place.left(), place.top(), 1, place.height()), colour);
@@ -268,8 +300,8 @@ void QtToolkit::DropGadget(Gadget& gadget)
 
 Size QtToolkit::NeedOf(const Gadget& gadget)
 {
-    if (scripted)
-        return scripted->NeedOf(gadget);
+    if (script)
+        return headless::NeedOfContents(gadget);
     return gadget.native ? static_cast<const QtGadget&>(*gadget.native).Need() : Size();
 }
 
@@ -300,11 +332,8 @@ void QtToolkit::SelectText(Gadget& gadget, int from, int count)
 void QtToolkit::FocusGadget(Gadget& gadget)
 {
     QWidget* widget = gadget.native ? NativeOf(gadget)->FocusWidget() : nullptr;
-    if (!widget)
-        return;
-    widget->setFocus(Qt::OtherFocusReason);
-    if (desk && !widget->hasFocus()) // its window is not in front, or not shown yet
-        desk->FocusMoved(gadget.dialog->Window(), &gadget);
+    if (widget)
+        widget->setFocus(Qt::OtherFocusReason); // it gets it with its window, if that is not in front
 }
 
 void QtToolkit::Redraw(Gadget& gadget, const Place& part)
@@ -334,12 +363,6 @@ void QtToolkit::ShowDragCursor(int32_t cursor)
 int32_t QtToolkit::RunPopup(Dialog& window, const std::vector<gui::MenuItem>& menu, Point screen)
 {
     return nested.RunPopup(window, menu, screen);
-}
-
-void QtToolkit::PopupOpened(QMenu& menu)
-{
-    if (scripted)
-        scripted->PopupOpened(menu);
 }
 
 void QtToolkit::CancelNested(Dialog& window)
@@ -374,11 +397,12 @@ uint32_t QtToolkit::PointerState(Point& screen)
     return ChannelBits(pointer.Buttons());
 }
 
+// The words of a box are the same in every host, since scripts show them.
 void QtToolkit::ShowBox(int32_t kind, const std::u16string& text)
 {
     std::string answer;
-    if (scripted)
-        scripted->TakeAnswer(text, answer);
+    if (script)
+        script->Ask((kind == VX3_BOX_ERROR ? "error: " : "information: ") + core::Text(text).Utf8(), answer);
     else
         ShowMessage(QApplication::activeWindow(), kind, ToQt(text));
 }
@@ -386,26 +410,32 @@ void QtToolkit::ShowBox(int32_t kind, const std::u16string& text)
 bool QtToolkit::Ask(const std::u16string& text)
 {
     std::string answer;
-    if (scripted)
-        return scripted->TakeAnswer(text, answer) && answer != "0";
-    return AskQuestion(QApplication::activeWindow(), ToQt(text));
+    if (!script)
+        return AskQuestion(QApplication::activeWindow(), ToQt(text));
+    return script->Ask("question: " + core::Text(text).Utf8(), answer) && (answer == "yes" || answer == "1");
 }
 
 bool QtToolkit::Choose(const gui::ChooseRequest& request, std::string& chosen)
 {
-    if (scripted)
-        return scripted->TakeAnswer(request.title, chosen) && chosen != "0";
-    return ChoosePath(QApplication::activeWindow(), request, chosen);
+    if (!script)
+        return ChoosePath(QApplication::activeWindow(), request, chosen);
+    std::string answer;
+    if (!script->Ask(WordsOf(request), answer) || answer.empty() || answer == "0")
+        return false;
+    chosen = (std::filesystem::path(script->FolderOfScenario()) / answer).string();
+    std::error_code ignored;
+    const bool exists = std::filesystem::exists(chosen, ignored);
+    return request.mode == VX3_CHOOSE_SAVE ? !exists || Ask(u"replace " + core::Text(answer).Units()) : exists;
 }
 
 bool QtToolkit::Reveal(const std::string& path)
 {
-    return !scripted && RevealInFileManager(path);
+    return !script && RevealInFileManager(path);
 }
 
 bool QtToolkit::OpenWithSystem(const std::string& path)
 {
-    return !scripted && desktop::OpenWithSystem(path);
+    return !script && desktop::OpenWithSystem(path);
 }
 
 bool QtToolkit::OpenPreferences(int32_t page)

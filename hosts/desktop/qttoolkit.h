@@ -23,6 +23,7 @@
 #include "qtpopupedit.h"
 #include "qttexts.h"
 
+class QEventLoop;
 class QKeyEvent;
 class QMenu;
 class QPainter;
@@ -39,15 +40,15 @@ struct WindowListener {
 };
 
 // What takes the user's place while a script runs.
-class ScriptedUser
+class ScriptHost
 {
 public:
-    virtual ~ScriptedUser() = default;
-    virtual Size NeedOf(const Gadget& gadget) = 0;
-    virtual gui::Metrics GetMetrics() = 0;
-    virtual Colour ColourOf(int32_t number) = 0;
-    virtual void PopupOpened(QMenu& menu) = 0;
-    virtual bool TakeAnswer(const std::u16string& question, std::string& answer) = 0; // of a box
+    virtual ~ScriptHost() = default;
+    // Lets the script go on inside something nested. False, and a failure, if it has ended.
+    virtual bool Step(const char* nested) = 0;
+    virtual int32_t ChooseFrom(QMenu& menu, const std::vector<gui::MenuItem>& rows) = 0; // of a menu that is open
+    virtual bool Ask(const std::string& question, std::string& answer) = 0;              // false: nothing was answered
+    virtual std::string FolderOfScenario() = 0;
 };
 
 class QtToolkit final : public gui::Toolkit
@@ -59,11 +60,15 @@ public:
     void SetDesk(gui::Desk* wanted); // before the first window; none before the desk goes
     gui::Desk& GetDesk() { return *desk; }
     void SetListener(WindowListener wanted) { listener = std::move(wanted); }
-    void BeginScript(ScriptedUser& user);
+    void BeginScript(ScriptHost& host);
     void EndScript();
 
     // For what stands for windows and gadgets.
-    bool IsScripted() const { return scripted != nullptr; }
+    bool IsScripted() const { return script != nullptr; }
+    ScriptHost* GetScript() const { return script; }
+    // Goes on with the main loop until `loop` is left and `isOver` says so, by the steps of the script
+    // if one runs. False: the script has ended meanwhile.
+    bool WaitIn(QEventLoop& loop, const bool& isOver, const char* nested);
     Pictures& GetPictures() { return pictures; }
     Texts& GetTexts() { return texts; }
     PointerWatch& Pointer() { return pointer; }
@@ -73,12 +78,12 @@ public:
     QFont TextFont() const;
     int DragDistance() const;
     QSize SizeOfPicture(const gui::Picture& picture) const; // that it is shown in, in a button
+    QColor FrameColour() const;
     void DrawFrame(QPainter& painter, const QRect& place, bool hasFocus) const;
     void DrawFocus(QPainter& painter, const QRect& place) const;
     void Remember(QWidget& widget, Gadget& gadget);
     void Forget(QWidget& widget);
     bool OfferKey(const QKeyEvent& key) { return listener.offerKey && listener.offerKey(key); }
-    void PopupOpened(QMenu& menu);
 
     // Windows.
     void OpenWindow(Dialog& window) override;
@@ -145,7 +150,7 @@ private:
 
     gui::Desk* desk = nullptr;
     WindowListener listener;
-    ScriptedUser* scripted = nullptr;
+    ScriptHost* script = nullptr;
     Pictures pictures;
     Texts texts;
     Colours colours;

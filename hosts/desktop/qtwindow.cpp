@@ -6,6 +6,7 @@
 #include <QGuiApplication>
 #include <QScreen>
 #include <QTimer>
+#include <QWindow>
 
 #include "qtmenus.h"
 #include "qttoolkit.h"
@@ -24,6 +25,14 @@ QPoint OnSomeScreen(QPoint corner, QSize size)
     const QRect free = QGuiApplication::primaryScreen()->availableGeometry();
     const QPoint most(std::max(free.left(), free.right() - size.width()), std::max(free.top(), free.bottom() - size.height()));
     return { std::clamp(corner.x(), free.left(), most.x()), std::clamp(corner.y(), free.top(), most.y()) };
+}
+
+// Without being its child, with which it would go.
+void StandOver(QWidget& modal, QWidget* active)
+{
+    modal.winId(); // makes its handle
+    if (active && active->windowHandle() && modal.windowHandle())
+        modal.windowHandle()->setTransientParent(active->windowHandle());
 }
 
 } // namespace
@@ -112,15 +121,11 @@ QtWindow::QtWindow(QtToolkit& ownToolkit, Dialog& ownWindow)
     : window(ownWindow)
     , frame(new WindowFrame(ownToolkit, ownWindow))
 {
-    if (window.isModal)
-        MakeModal();
+    if (window.isModal) {
+        frame->setWindowFlags(Qt::Dialog);
+        frame->setWindowModality(Qt::ApplicationModal);
+    }
     ShowTitle();
-}
-
-void QtWindow::MakeModal()
-{
-    frame->setParent(QApplication::activeWindow(), Qt::Dialog);
-    frame->setWindowModality(Qt::ApplicationModal);
 }
 
 QtWindow::~QtWindow()
@@ -136,6 +141,8 @@ void QtWindow::ShowSoon()
 {
     const Point corner = { window.opened.x, window.opened.y };
     QTimer::singleShot(0, frame, [shown = frame.data(), corner] {
+        if (shown->isModal())
+            StandOver(*shown, QApplication::activeWindow());
         if (corner.x != -1 || corner.y != -1)
             shown->move(OnSomeScreen(ToQt(corner), shown->size()));
         shown->show();

@@ -49,7 +49,8 @@ public:
     void Forget();
     WindowInside* Inside() { return inside; }
     QMenuBar* Menu() { return menu; }
-    void ShowMenu(); // of the window, from its rows
+    void ShowMenu();   // of the window, from its rows
+    void UpdateMenu(); // texts and states of the rows
     void ResizeInside(QSize size);
 
 protected:
@@ -58,7 +59,6 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void UpdateMenu();
     int MenuHeight() const;
     void PlaceParts();
 
@@ -83,8 +83,6 @@ public:
     void ShowLeastSize();
 
 private:
-    void MakeModal();
-
     Dialog& window;
     QPointer<WindowFrame> frame;
 };

@@ -1,0 +1,343 @@
+#include "qtdriver.h"
+
+#include <chrono>
+#include <filesystem>
+#include <thread>
+
+#include <QAction>
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPixmap>
+#include <QWheelEvent>
+
+#include "core/livecounts.h"
+#include "gui/menutext.h"
+#include "headless/gadgetuse.h"
+#include "headless/threadstate.h"
+#include "qtgadget.h"
+#include "qtmenus.h"
+#include "qtsurface.h"
+#include "qtwindow.h"
+
+namespace vx3::desktop {
+
+namespace {
+
+constexpr int readingTime = 300; // ms that a user looks at a menu or a box: timers run in it
+
+// Settling: the clock goes on in steps, for a time in which every timer of a window runs, and
+// again as long as something works.
+constexpr int settleStep = 50;
+constexpr int settleTime = 1000;
+constexpr int settleRounds = 30;
+constexpr int quietLooks = 4;
+constexpr auto patience = std::chrono::seconds(20); // of real time, for one round
+
+// Through the queue, in front of nothing: what waits there already has its turn first.
+void Post(QWidget& widget, QEvent* event)
+{
+    QPointer<QWidget> alive = &widget;
+    QCoreApplication::sendPostedEvents();
+    if (!alive) {
+        delete event;
+        return;
+    }
+    QCoreApplication::postEvent(alive, event);
+    QCoreApplication::sendPostedEvents(alive, event->type());
+}
+
+std::string NameOf(const Gadget& gadget)
+{
+    return "gadget " + std::to_string(gadget.shape.id);
+}
+
+} // namespace
+
+QtDriver::QtDriver(gui::Desk& ownDesk, QtToolkit& ownToolkit)
+    : desk(ownDesk)
+    , toolkit(ownToolkit)
+{
+}
+
+std::string QtDriver::RunScript(const std::string& text, gui::ScriptProgram program, std::function<void(const std::string& line)> output)
+{
+    folder = program.folder;
+    gui::Script script(desk, *this, std::move(program));
+    std::string error;
+    if (!script.Parse(text, error))
+        return error;
+    script.SetOutput(std::move(output));
+    user = {};
+    step = [this, &script] { return user.Failures().empty() && script.Step(); };
+    toolkit.BeginScript(*this);
+    while (step())
+        Turn();
+    toolkit.EndScript();
+    step = {};
+    if (script.HasFailed())
+        return script.Failure();
+    if (user.Failures().empty() && user.HasAnswers())
+        user.Fail("an answer is left that nobody asked for");
+    return user.Failures().empty() ? std::string() : user.Failures().front();
+}
+
+// --- The main loop ---
+
+void QtDriver::Turn()
+{
+    desk.Deliver();
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+bool QtDriver::Step(const char* nested)
+{
+    Turn();
+    if (step && step())
+        return true;
+    user.Fail(std::string("the script has ended while ") + nested + " is going on");
+    return false;
+}
+
+bool QtDriver::Ask(const std::string& question, std::string& answer)
+{
+    user.Show(question);
+    const bool isAnswered = user.Take(question, answer);
+    Advance(readingTime);
+    return isAnswered;
+}
+
+int32_t QtDriver::ChooseFrom(QMenu& menu, const std::vector<gui::MenuItem>& rows)
+{
+    QPointer<QMenu> shown = &menu;
+    std::string answer;
+    int32_t id = 0;
+    if (!Ask(gui::DescribeMenu(rows), answer) || !shown)
+        return 0;
+    if (!gui::ChooseFromMenu(rows, answer, id))
+        user.Fail("the menu has no row to choose for '" + answer + "'");
+    if (QAction* action = id ? FindRow(*shown, id) : nullptr)
+        action->trigger();
+    return id;
+}
+
+void QtDriver::Advance(int milliseconds)
+{
+    Turn();
+    toolkit.Clock().Advance(milliseconds, [this] { Turn(); });
+    Turn();
+}
+
+// --- The mouse ---
+
+QtDriver::Spot QtDriver::SpotOf(Gadget& gadget, Point at) const
+{
+    QtGadget* native = gadget.native ? NativeOf(gadget) : nullptr;
+    QWidget* widget = native ? native->FocusWidget() : nullptr;
+    if (!widget)
+        return {};
+    QPoint inside = ToQt(at);
+    if (const auto* surface = dynamic_cast<const Surface*>(widget))
+        inside -= ToQt(surface->Origin());
+    Spot spot = { nullptr, widget->mapToGlobal(inside) };
+    QWidget* frame = WindowOf(gadget.dialog->Window())->Frame();
+    QWidget* found = frame->childAt(frame->mapFromGlobal(spot.screen));
+    if (widget->isVisible() && (found == widget || widget->isAncestorOf(found)))
+        spot.widget = found;
+    return spot;
+}
+
+bool QtDriver::CanUse(Gadget& gadget)
+{
+    QWidget* widget = !gadget.isGone && gadget.native ? NativeOf(gadget)->FocusWidget() : nullptr;
+    if (widget && widget->isVisible())
+        return true;
+    user.Fail(NameOf(gadget) + " is not to be seen");
+    return false;
+}
+
+void QtDriver::Activate(Dialog& window)
+{
+    QWidget* top = WindowOf(window)->Frame()->QWidget::window();
+    if (QApplication::activeModalWidget() && QApplication::activeModalWidget() != top)
+        return user.Fail("a modal window holds up the window");
+    if (QApplication::activeWindow() == top)
+        return;
+    top->activateWindow();
+    QApplication::setActiveWindow(top); // at once, whatever the window manager thinks
+    Turn();
+}
+
+void QtDriver::SendMouse(QEvent::Type type, const Spot& spot, Qt::MouseButton button, uint32_t qualifiers)
+{
+    QWidget* target = grabber ? grabber.data() : spot.widget;
+    if (!target)
+        return;
+    const QPointF inside = target->mapFromGlobal(spot.screen);
+    Post(*target, new QMouseEvent(type, inside, spot.screen, spot.screen, button, held, ModifiersOf(qualifiers)));
+}
+
+void QtDriver::Mouse(Gadget& gadget, Point at, int32_t channel, uint32_t qualifiers, bool isPressed, bool isDouble)
+{
+    const Qt::MouseButton button = ButtonOf(channel);
+    if (isPressed && !grabber) {
+        if (!CanUse(gadget))
+            return;
+        Activate(gadget.dialog->Window());
+    }
+    const Spot spot = SpotOf(gadget, at);
+    if (isPressed && !grabber && !spot.widget)
+        return user.Fail("the point " + std::to_string(at.x) + " " + std::to_string(at.y) + " of " + NameOf(gadget) + " is not to be seen");
+    held.setFlag(button, isPressed);
+    if (isPressed && !grabber)
+        grabber = spot.widget;
+    const QPointer<QWidget> target = grabber;
+    if (!isPressed && held == Qt::NoButton) {
+        SendMouse(QEvent::MouseButtonRelease, spot, button, qualifiers);
+        if (grabber == target)
+            grabber = nullptr;
+    } else {
+        SendMouse(!isPressed     ? QEvent::MouseButtonRelease
+                      : isDouble ? QEvent::MouseButtonDblClick
+                                 : QEvent::MouseButtonPress,
+                  spot, button, qualifiers);
+    }
+    Turn();
+}
+
+void QtDriver::MoveMouse(Gadget& gadget, Point at, uint32_t qualifiers)
+{
+    SendMouse(QEvent::MouseMove, SpotOf(gadget, at), Qt::NoButton, qualifiers);
+    Turn();
+}
+
+void QtDriver::Wheel(Gadget& gadget, Point at, int32_t value, uint32_t qualifiers)
+{
+    const Spot spot = SpotOf(gadget, at);
+    if (!spot.widget)
+        return user.Fail(NameOf(gadget) + " is not to be seen");
+    const QPointF inside = spot.widget->mapFromGlobal(spot.screen);
+    Post(*spot.widget,
+         new QWheelEvent(inside, spot.screen, QPoint(), QPoint(0, value), held, ModifiersOf(qualifiers), Qt::NoScrollPhase, false));
+    Turn();
+}
+
+// --- The keyboard ---
+
+void QtDriver::Key(Dialog& window, int32_t code, uint32_t qualifiers, const std::u16string& text)
+{
+    QWidget* frame = WindowOf(window)->Frame();
+    if (!grabber && !toolkit.GetPopupEdit().Field())
+        Activate(window);
+    QWidget* target = toolkit.GetPopupEdit().Field();
+    if (!target)
+        target = QApplication::focusWidget();
+    if (!target || (target != frame && !frame->isAncestorOf(target)))
+        target = WindowOf(window)->Inside();
+    const int key = code == VX3_KEY_TAB && (qualifiers & VX3_QUALIFIER_SHIFT) ? static_cast<int>(Qt::Key_Backtab) : KeyOf(code);
+    const QPointer<QWidget> alive = target;
+    Post(*target, new QKeyEvent(QEvent::KeyPress, key, ModifiersOf(qualifiers), ToQt(text)));
+    if (alive)
+        Post(*alive, new QKeyEvent(QEvent::KeyRelease, key, ModifiersOf(qualifiers), ToQt(text)));
+    Turn();
+}
+
+// --- Gadgets and windows as a whole ---
+
+void QtDriver::Push(Gadget& gadget)
+{
+    if (!CanUse(gadget))
+        return;
+    const QWidget* widget = NativeOf(gadget)->FocusWidget();
+    if (!widget->isEnabled())
+        return user.Fail(NameOf(gadget) + " is disabled");
+    const Point middle = { widget->width() / 2, widget->height() / 2 };
+    Mouse(gadget, middle, VX3_CHANNEL_LEFT, 0, true, false);
+    Mouse(gadget, middle, VX3_CHANNEL_LEFT, 0, false, false);
+}
+
+void QtDriver::SetValue(Gadget& gadget, double value)
+{
+    if (!CanUse(gadget))
+        return;
+    if (!headless::ChooseValue(desk, gadget, value))
+        user.Fail(NameOf(gadget) + " cannot be set to " + std::to_string(value));
+    if (!gadget.isGone && gadget.native)
+        toolkit.ShowGadget(gadget, gui::Change::Value);
+    Turn();
+}
+
+void QtDriver::SetText(Gadget& gadget, const std::u16string& text)
+{
+    if (!CanUse(gadget))
+        return;
+    if (!NativeOf(gadget)->EnterText(text))
+        user.Fail(NameOf(gadget) + " does not take the text");
+    Turn();
+}
+
+void QtDriver::ChooseMenu(Dialog& window, int32_t id)
+{
+    WindowFrame* frame = WindowOf(window)->Frame();
+    frame->UpdateMenu();
+    QAction* action = id ? FindRow(*frame->Menu(), id) : nullptr;
+    if (action && action->isEnabled())
+        action->trigger();
+    else
+        user.Fail("the menu bar has no row " + std::to_string(id) + " to choose");
+    Turn();
+}
+
+void QtDriver::Close(Dialog& window)
+{
+    if (window.native)
+        WindowOf(window)->Frame()->close();
+    Turn();
+}
+
+// --- Until nothing waits ---
+
+// Threads of modules are looked at several times, since one that is about to work may sleep at
+// one moment; without any there is nothing to look at.
+bool QtDriver::IsQuiet() const
+{
+    const bool hasThreads = core::liveCounters.threads.Get() > 0;
+    for (int look = 0; look < (hasThreads ? quietLooks : 1); ++look) {
+        if (look > 0)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        if (desk.HasPosted() || (isWorking && isWorking()) || (hasThreads && !headless::OtherThreadsSleep()))
+            return false;
+    }
+    return true;
+}
+
+void QtDriver::Settle()
+{
+    for (int round = 0; round < settleRounds; ++round) {
+        const auto end = std::chrono::steady_clock::now() + patience;
+        for (int passed = 0; passed < settleTime; passed += settleStep)
+            Advance(settleStep);
+        if (IsQuiet())
+            return;
+        while (!IsQuiet() && std::chrono::steady_clock::now() < end) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+            Advance(settleStep);
+        }
+    }
+    user.Fail("the modules did not come to rest");
+}
+
+// --- What can be looked at ---
+
+bool QtDriver::Shot(Dialog& window, const std::string& file)
+{
+    Turn();
+    std::error_code failed;
+    const std::string path = std::filesystem::absolute(file, failed).string();
+    return !failed && window.native && WindowOf(window)->Frame()->grab().save(QString::fromStdString(path), "PNG");
+}
+
+} // namespace vx3::desktop
