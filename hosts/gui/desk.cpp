@@ -66,7 +66,7 @@ void CallTimer(DeskState& desk, VX3Dialog handle, int64_t now)
         const Callback callback(desk, *dialog, "timer");
         dialog->table->timer(dialog->object);
     }
-    desk.timers.End(handle, now);
+    desk.timers.End(handle, desk.toolkit.Now()); // it may have taken its time
 }
 
 void SettleTrees(DeskState& desk)

@@ -13,13 +13,23 @@ const VX3ContainerServices& Containers()
     return *core::ContainerServices();
 }
 
+// What a message says is read when it is sent: it may have waited.
+void FillIn(const Dialog& dialog, Message& message)
+{
+    if (message.Code() != VX3_GUI_WINDOW_SIZE)
+        return;
+    message.SetInt(VX3_KEY_WINDOW_WIDTH, dialog.size.width);
+    message.SetInt(VX3_KEY_WINDOW_HEIGHT, dialog.size.height);
+}
+
 void SendLetter(DeskState& desk, const Letter& letter)
 {
-    const Message message(letter.code);
+    Message message(letter.code);
     if (letter.recipient == Recipient::Area) {
         if (Area* area = FindArea(desk, letter.handle); area && area->gadget)
             Send(desk, *area, message);
     } else if (Dialog* dialog = FindDialog(desk, letter.handle)) {
+        FillIn(*dialog, message);
         Send(desk, *dialog, message);
     }
 }

@@ -31,7 +31,7 @@ private:
 bool Send(DeskState& desk, Dialog& dialog, const Message& message, VX3Container* result = nullptr);
 bool Send(DeskState& desk, Area& area, const Message& message);
 
-// Without contents: at once, or by the main loop while a silent call is on the stack or the
+// Without contents of its own: at once, or by the main loop while a silent call is on the stack or the
 // dialog is being opened. A recipient that is not there any more gets nothing.
 void Tell(DeskState& desk, const Letter& letter);
 

@@ -201,7 +201,11 @@ void Desk::UserMovedSplitter(Gadget& splitter, size_t border, int position)
 void Desk::UserScrolled(Gadget& scroll, Point scrolled)
 {
     const Busy busy(*state);
-    if (!scroll.isGone && scroll.shape.kind == VX3_GADGET_SCROLL)
+    if (scroll.isGone)
+        return;
+    if (scroll.tree)
+        ScrollTree(scroll, scrolled - scroll.scrolled);
+    else if (scroll.shape.kind == VX3_GADGET_SCROLL)
         ScrollTo(*state, scroll, scrolled);
 }
 
@@ -240,12 +244,7 @@ void Desk::UserResized(Dialog& window, Size inside)
         return;
     window.size = inside;
     Relayout(*state, window);
-    if (!IsLive(window))
-        return;
-    Message message(VX3_GUI_WINDOW_SIZE);
-    message.SetInt(VX3_KEY_WINDOW_WIDTH, inside.width);
-    message.SetInt(VX3_KEY_WINDOW_HEIGHT, inside.height);
-    Send(*state, window, message);
+    Tell(*state, { Recipient::Dialog, window.handle, VX3_GUI_WINDOW_SIZE });
 }
 
 void Desk::UserClosed(Dialog& window)
