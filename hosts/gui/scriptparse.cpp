@@ -169,9 +169,12 @@ bool ReadWhole(std::string_view text, Number& number, int base = 10)
     return failure == std::errc() && end == text.data() + text.size();
 }
 
+// The key that writes a letter, for those of Latin-1.
 char16_t UpperOf(char16_t unit)
 {
-    return unit < 0x80 ? static_cast<char16_t>(std::toupper(unit)) : unit;
+    constexpr char16_t division = 0xF7; // stands among the letters
+    const bool isLower = (unit >= u'a' && unit <= u'z') || (unit >= 0xE0 && unit <= 0xFE && unit != division);
+    return isLower ? static_cast<char16_t>(unit - 0x20) : unit;
 }
 
 } // namespace
