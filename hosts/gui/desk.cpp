@@ -62,6 +62,7 @@ void CallTimer(DeskState& desk, VX3Dialog handle, int64_t now)
     Dialog* dialog = FindDialog(desk, handle);
     if (!dialog || !IsLive(*dialog) || !desk.timers.Begin(handle, now))
         return;
+    UpdateWakeTime(desk); // the callback may run a loop, in which the others go on
     if (dialog->table->timer) {
         const Callback callback(desk, *dialog, "timer");
         dialog->table->timer(dialog->object);

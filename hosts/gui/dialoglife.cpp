@@ -206,6 +206,11 @@ bool Abandon(DeskState& desk, Dialog& dialog)
 
 } // namespace
 
+bool CanOpen(DeskState& desk, const Dialog& dialog)
+{
+    return dialog.state == State::Closed && FindDialog(desk, dialog.handle) == &dialog;
+}
+
 bool OpenWindow(DeskState& desk, Dialog& window, const VX3WindowPlace& place, Opening kind)
 {
     const Busy busy(desk);
@@ -230,7 +235,7 @@ bool AttachDialog(DeskState& desk, Dialog& dialog, Gadget& holder)
     const Busy busy(desk);
     if (holder.inner)
         CloseNow(desk, *holder.inner);
-    if (holder.isGone || holder.inner || IsLeaving(*holder.dialog) || dialog.state != State::Closed)
+    if (holder.isGone || holder.inner || IsLeaving(*holder.dialog) || !CanOpen(desk, dialog))
         return false;
     Dialog& parent = *holder.dialog;
     dialog.parent = &parent;

@@ -11,6 +11,9 @@ namespace vx3::gui {
 
 enum class Opening { Window, Modal };
 
+// It is closed, and has not been freed by a callback.
+bool CanOpen(DeskState& desk, const Dialog& dialog);
+
 // Opens a window that is closed. False if it did not stay open.
 bool OpenWindow(DeskState& desk, Dialog& window, const VX3WindowPlace& place, Opening kind);
 // Opens a closed dialog in a gadget of another that has gadgets.

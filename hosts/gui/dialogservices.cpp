@@ -42,21 +42,16 @@ void Free(VX3Dialog handle)
     call.desk->dialogs.erase(found);
 }
 
-bool CanOpen(const DialogCall& call)
-{
-    return call && call.dialog->state == State::Closed;
-}
-
 VX3Bool Open(VX3Dialog handle, const VX3WindowPlace* place)
 {
     const DialogCall call(handle, Calls::Nested);
-    return CanOpen(call) && place && OpenWindow(*call.desk, *call.dialog, *place, Opening::Window);
+    return call && CanOpen(*call.desk, *call.dialog) && place && OpenWindow(*call.desk, *call.dialog, *place, Opening::Window);
 }
 
 int32_t OpenModal(VX3Dialog handle, const VX3WindowPlace* place)
 {
     const DialogCall call(handle, Calls::Nested);
-    if (!CanOpen(call) || !place)
+    if (!call || !CanOpen(*call.desk, *call.dialog) || !place)
         return 0;
     Dialog& window = *call.dialog;
     if (!OpenWindow(*call.desk, window, *place, Opening::Modal))
@@ -74,7 +69,7 @@ int32_t OpenModal(VX3Dialog handle, const VX3WindowPlace* place)
 VX3Bool Restore(VX3Dialog handle, int32_t id, int32_t subId)
 {
     const DialogCall call(handle, Calls::Nested);
-    return CanOpen(call) && RestoreWindow(*call.desk, *call.dialog, id, subId);
+    return call && CanOpen(*call.desk, *call.dialog) && RestoreWindow(*call.desk, *call.dialog, id, subId);
 }
 
 VX3Bool Close(VX3Dialog handle, int32_t result)
@@ -162,7 +157,7 @@ VX3Bool Attach(VX3Dialog handle, VX3Dialog parent, int32_t gadget)
 {
     const GadgetCall call(parent, gadget, VX3_GADGET_SUBDIALOG, Calls::Nested);
     Dialog* dialog = call ? FindDialog(*call.desk, handle) : nullptr;
-    return dialog && dialog->state == State::Closed && AttachDialog(*call.desk, *dialog, *call.gadget);
+    return dialog && CanOpen(*call.desk, *dialog) && AttachDialog(*call.desk, *dialog, *call.gadget);
 }
 
 VX3Bool Detach(VX3Dialog handle)

@@ -149,7 +149,7 @@ bool RunDragOf(DeskState& desk, Gadget& gadget, int32_t type, void* data)
     const NestedRun run(desk, *gadget.dialog);
     desk.toolkit.RunDrag(gadget);
     FinishDrag(desk, desk.drag, {}, false); // if the toolkit was stopped in the middle
-    return desk.drag.hasMoved;
+    return std::exchange(desk.drag, {}).hasMoved;
 }
 
 } // namespace vx3::gui

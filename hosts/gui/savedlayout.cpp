@@ -88,7 +88,7 @@ bool RestoreWindow(DeskState& desk, Dialog& window, int32_t id, int32_t subId)
         restore.SetContainer(VX3_GUI_LAYOUT_RESTORE, contents);
         Send(desk, window, restore);
     }
-    return window.state == Dialog::State::Closed && OpenWindow(desk, window, place, Opening::Window);
+    return CanOpen(desk, window) && OpenWindow(desk, window, place, Opening::Window);
 }
 
 } // namespace vx3::gui

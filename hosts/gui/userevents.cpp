@@ -301,8 +301,10 @@ void Desk::EndForeignDrag(Point screen, uint32_t qualifiers, int32_t type, void*
 void Desk::PopupEditChanged(const std::u16string& text)
 {
     const Busy busy(*state);
-    if (state->popupEdits.IsOpen())
-        state->popupEdits.Change(text);
+    if (!state->popupEdits.IsOpen())
+        return;
+    const EventWatch::Event event(state->watch, { "popup edit" });
+    state->popupEdits.Change(text);
 }
 
 void Desk::PopupEditEnded(const std::u16string& text, bool isCancelled)
@@ -310,6 +312,7 @@ void Desk::PopupEditEnded(const std::u16string& text, bool isCancelled)
     const Busy busy(*state);
     if (!state->popupEdits.IsOpen())
         return;
+    const EventWatch::Event event(state->watch, { "popup edit" });
     state->popupEdits.SetText(text);
     state->popupEdits.End(isCancelled ? VX3_EDIT_CANCELLED : VX3_EDIT_CLOSED);
 }

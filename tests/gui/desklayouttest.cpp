@@ -76,6 +76,10 @@ TEST_F(DeskLayout, AWindowComesBackWhereItWasWithWhatItsModuleStored)
     EXPECT_EQ(WindowOf(1).size, (Size{ 210, 110 }));
     EXPECT_EQ(WindowOf(1).opened.y, 80);
     EXPECT_FALSE(Dialogs().restore(second.handle, contentsId, 1)) << "it is open";
+    Dialogs().close(window.handle, 0);
+    window.on["lays"] = [this] { window.Free(); };
+    EXPECT_FALSE(Dialogs().restore(window.handle, contentsId, 0));
+    EXPECT_EQ(desk.Windows().size(), 1u);
 }
 
 TEST_F(DeskLayout, AWindowIsAsLargeAsItsContentsNeedUnlessItIsTold)

@@ -267,6 +267,13 @@ TEST_F(Nest, DialogsComeAndGoInAnOpenWindow)
         << "the one that was there leaves";
     EXPECT_TRUE(Gadgets().update(window.handle, 0));
     EXPECT_EQ(log.Take(), "area bISI, A bISI");
+
+    ModuleDialog late(log, "L");
+    first.on["destroyWindow"] = [&] { late.Free(); };
+    const VX3Dialog handle = late.handle;
+    EXPECT_FALSE(Dialogs().attach(handle, window.handle, SecondPlace)) << "it was freed while the place was made";
+    EXPECT_FALSE(Find(SecondPlace).inner);
+    first.on["destroyWindow"] = [] {};
 }
 
 // A window rebuilds itself while a callback of a dialog inside it runs, and puts the same

@@ -52,6 +52,7 @@ TEST_F(DeskMessages, TimersKeepTheirPaceAndNeverEnterThemselves)
     int depth = 0;
     window.on["timer"] = [&] {
         EXPECT_EQ(++depth, 1);
+        EXPECT_EQ(toolkit.wakeAt, 160) << "a loop in the middle is woken for the others";
         Advance(250); // a box in the middle of it
         --depth;
     };

@@ -19,9 +19,9 @@
 typedef struct VX3DialogTable {
     VX3Bool (*createLayout)(void* object); /* 0: the dialog does not open [gui-thread] [nested] */
     VX3Bool (*initValues)(void* object);   /* 0: the dialog does not open [gui-thread] [nested] */
-    /* The user used a gadget or chose a row of the menu. `event` has the value under
-     * VX3_COMMAND_VALUE and whether a slider is still held under VX3_COMMAND_DRAGGED.
-     * [gui-thread] [nested] */
+    /* The user used a gadget or chose a row of the menu. `event` has the value as a
+     * float64 under VX3_COMMAND_VALUE, and as a bool whether a slider is still held under
+     * VX3_COMMAND_DRAGGED. [gui-thread] [nested] */
     VX3Bool (*command)(void* object, int32_t id, const VX3Container* event);
     void (*timer)(void* object); /* never inside another callback of this timer [gui-thread] [nested] */
     /* See VX3_CORE keys. [gui-thread] [nested] */

@@ -42,7 +42,7 @@ enum {
 enum { VX3_KEY_GADGET = 1, VX3_KEY_NAME = 1, VX3_KEY_WINDOW_WIDTH = 3, VX3_KEY_WINDOW_HEIGHT = 4 };
 
 /* Keys of a core message as a dialog receives it (message.h): the two values as int64,
- * the container if there is one, and a number that is never 0 and rises with each
+ * the container if there is one, and an int32 that is never 0 and rises with each
  * message, the same in every dialog. */
 enum {
     VX3_CORE_FIRST = 0x4D636931,     /* 'Mci1' */
