@@ -144,6 +144,8 @@ TEST(LayoutFile, ThoseOfTheModuleAreRightAndTheirTextsAreThere)
     std::getline(stream, texts, '\0');
     int found = 0;
     for (const auto& entry : std::filesystem::directory_iterator(MODULE_RESOURCES "/layouts")) {
+        if (entry.path().extension() != ".layout")
+            continue;
         LayoutNode root;
         std::string error;
         ++found;
