@@ -41,26 +41,40 @@ public:
         std::copy_n(name.begin(), most, buffer.begin());
     }
 
-    // Takes it that a longer text is a wider one. 0 if nothing was found to fit.
-    size_t HalveToFit()
+    // Takes it that a longer text is a wider one, and letters to be about as wide as those of
+    // the whole name: steps away from there, wider and wider ones, then halves what is left.
+    // 0 if nothing was found to fit.
+    size_t SearchFit(int32_t nameWidth)
     {
-        size_t fits = 0, tooLong = most + 1;
+        size_t fits = 0, tooLong = most + 1, stride = 1;
+        const size_t fair = name.size() * static_cast<size_t>(std::max(limit, 0)) / static_cast<size_t>(std::max(nameWidth, 1));
+        size_t next = fair - std::min(fair, dotCount);
         while (tooLong - fits > 1) {
-            const size_t middle = fits + (tooLong - fits) / 2;
-            (Fits(middle) ? fits : tooLong) = middle;
+            next = std::clamp(next, fits + 1, tooLong - 1);
+            const bool isFit = Fits(next);
+            (isFit ? fits : tooLong) = next;
+            const bool isBetween = fits > 0 && tooLong <= most;
+            if (isBetween)
+                next = fits + (tooLong - fits) / 2;
+            else
+                next = isFit ? next + stride : next - std::min(stride, next);
+            stride *= 2;
         }
         return fits;
     }
 
     // A letter more may be narrower: it may draw closer to the dots, or be joined with
-    // the letters before it.
+    // the letters before it. The next one is known to be too long.
     size_t LookAtNeighbours(size_t kept)
     {
-        for (size_t at = kept + 1; at <= std::min(kept + reach, most); at++)
+        for (size_t at = kept + 2; at <= std::min(kept + reach, most); at++)
             if (Fits(at))
                 kept = at;
         return kept;
     }
+
+    // Of what was found.
+    int32_t Width(Units cut) const { return fitWidth >= 0 ? fitWidth : measure(cut); }
 
     Units Cut(size_t kept)
     {
@@ -73,14 +87,21 @@ public:
     }
 
 private:
-    bool Fits(size_t kept) { return measure(Cut(kept)) <= limit; }
+    bool Fits(size_t kept)
+    {
+        const int32_t width = measure(Cut(kept));
+        if (width <= limit)
+            fitWidth = width;
+        return width <= limit;
+    }
 
     const Units name;
     const std::span<VX3Unit> buffer;
     const size_t most; // units of the name that there is room for
     const int32_t limit;
     const TextWidth measure;
-    size_t dotsAt = 0; // they cover units of the name
+    size_t dotsAt = 0;     // they cover units of the name
+    int32_t fitWidth = -1; // of the last one that fitted
 };
 
 } // namespace
@@ -92,8 +113,8 @@ CaptionText::CaptionText(Units name, int32_t limit, TextWidth measure)
     if (width <= limit)
         return;
     CaptionCutter cutter(name, shortened, limit, measure);
-    text = cutter.Cut(cutter.LookAtNeighbours(cutter.HalveToFit()));
-    width = measure(text);
+    text = cutter.Cut(cutter.LookAtNeighbours(cutter.SearchFit(width)));
+    width = cutter.Width(text);
 }
 
 } // namespace browser
