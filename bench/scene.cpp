@@ -33,6 +33,15 @@ std::string MakeProfile()
     return folder;
 }
 
+core::HostSettings Settings(const std::string& profile, bool hasWindows)
+{
+    constexpr int32_t withWindows = 0;
+    core::HostSettings settings = core::SettingsBelow(profile);
+    if (hasWindows)
+        settings.runMode = withWindows;
+    return settings;
+}
+
 // The binary whose resources the module reads; its code is linked into this program.
 core::Path ModuleBinary()
 {
@@ -81,13 +90,15 @@ browser::DirectoryEntry ChildEntry(const browser::FilePath& folder, const std::u
 
 } // namespace
 
-Scene::Scene()
+Scene::Scene(const VX3GuiServices* gui)
     : profile(MakeProfile())
-    , coreHost(core::SettingsBelow(profile))
+    , coreHost(Settings(profile, gui != nullptr))
+    , table(*coreHost.Table())
 {
+    table.gui = gui;
     core::Path binary = ModuleBinary();
     VX3ResourceRequest request = { 1 };
-    if (vx3_main(VX3_ACTION_LOAD, const_cast<VX3Host*>(coreHost.Table()), nullptr, binary.Get()) != VX3_RESULT_OK)
+    if (vx3_main(VX3_ACTION_LOAD, &table, nullptr, binary.Get()) != VX3_RESULT_OK)
         Give("the module does not load");
     Send(VX3_MESSAGE_RESOURCES, &request);
     if (vx3_main(VX3_ACTION_START, nullptr, nullptr, nullptr) != VX3_RESULT_OK)

@@ -14,7 +14,8 @@ namespace vx3::bench {
 class Scene
 {
 public:
-    Scene(); // ends the program if the module does not start
+    // Ends the program if the module does not start. With a GUI section there are windows.
+    explicit Scene(const VX3GuiServices* gui = nullptr);
     ~Scene();
     Scene(const Scene&) = delete;
     Scene& operator=(const Scene&) = delete;
@@ -28,6 +29,7 @@ public:
 private:
     const std::string profile; // a temporary folder
     core::CoreHost coreHost;
+    VX3Host table; // of the core host, with the GUI section if there is one
 };
 
 // The direct children, listed if need be.
