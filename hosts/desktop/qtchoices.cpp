@@ -36,7 +36,7 @@ public:
         const QSignalBlocker blocker(combo);
         if (change == Change::Everything || change == Change::Rows)
             ShowRows();
-        if (combo->isEditable() && change == Change::Text)
+        if (combo->isEditable() && change != Change::Value)
             combo->setEditText(Text());
         else
             combo->setCurrentIndex(combo->findData(static_cast<int>(gadget.value)));

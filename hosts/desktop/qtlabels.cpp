@@ -14,6 +14,8 @@ namespace {
 
 using gui::Change;
 
+constexpr int textInset = 4; // texts may stand at the edge of a window
+
 // A text that is cut with dots where its place is too small; then the tip has all of it.
 class Label final : public QLabel
 {
@@ -30,8 +32,9 @@ protected:
     void paintEvent(QPaintEvent*) override
     {
         QPainter painter(this);
-        const QString shown = IsCut() ? fontMetrics().elidedText(text(), Qt::ElideRight, width()) : text();
-        style()->drawItemText(&painter, rect(), static_cast<int>(alignment()), palette(), isEnabled(), shown, foregroundRole());
+        const QString shown = IsCut() ? fontMetrics().elidedText(text(), Qt::ElideRight, width() - 2 * textInset) : text();
+        const QRect place = rect().adjusted(textInset, 0, -textInset, 0);
+        style()->drawItemText(&painter, place, static_cast<int>(alignment()), palette(), isEnabled(), shown, foregroundRole());
     }
     void resizeEvent(QResizeEvent* event) override
     {
@@ -40,7 +43,7 @@ protected:
     }
 
 private:
-    bool IsCut() const { return fontMetrics().horizontalAdvance(text()) > width(); }
+    bool IsCut() const { return fontMetrics().horizontalAdvance(text()) > width() - 2 * textInset; }
     void UpdateTip() { setToolTip((tip.isEmpty() && IsCut() ? text() : tip).toHtmlEscaped()); }
 
     QString tip;
@@ -57,7 +60,7 @@ public:
         label->setAlignment((gadget.Has(VX3_FLAG_RIGHT) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
         Own(label);
     }
-    Size Need() const override { return { toolkit.TextWidth(gadget.text), toolkit.FontHeight() }; }
+    Size Need() const override { return { toolkit.TextWidth(gadget.text) + 2 * textInset, toolkit.FontHeight() }; }
     void Show(Change change) override
     {
         QtGadget::Show(change);

@@ -1,0 +1,141 @@
+#include "studiodocks.h"
+
+#include <algorithm>
+
+#include <QCloseEvent>
+
+#include "qttoolkit.h"
+#include "qtwindow.h"
+
+namespace vx3::desktop {
+
+// A docked window: closing it asks the module first.
+class StudioDocks::Dock final : public QDockWidget
+{
+public:
+    Dock(QMainWindow& main, QtToolkit& ownToolkit, Dialog& ownWindow)
+        : QDockWidget(&main)
+        , toolkit(ownToolkit)
+        , dialog(&ownWindow)
+    {
+    }
+    void Forget() { dialog = nullptr; }
+
+protected:
+    void closeEvent(QCloseEvent* event) override
+    {
+        event->ignore();
+        if (dialog)
+            toolkit.GetDesk().UserClosed(*dialog);
+    }
+
+private:
+    QtToolkit& toolkit;
+    Dialog* dialog;
+};
+
+StudioDocks::StudioDocks(QMainWindow& ownMain, QtToolkit& ownToolkit)
+    : main(ownMain)
+    , toolkit(ownToolkit)
+{
+}
+
+StudioDocks::Standing* StudioDocks::Find(const Dialog& window)
+{
+    auto found = std::find_if(standings.begin(), standings.end(), [&](const Standing& one) { return one.window == &window; });
+    return found == standings.end() ? nullptr : &*found;
+}
+
+void StudioDocks::WindowOpened(Dialog& window, QWidget& frame)
+{
+    if (window.isModal)
+        return;
+    const bool isDocked = docksFirst && !HasDocked();
+    standings.push_back({ &window, &frame, nullptr });
+    if (isDocked)
+        PutIntoDock(standings.back());
+    Changed();
+}
+
+void StudioDocks::WindowClosing(Dialog& window, QWidget&)
+{
+    Standing* standing = Find(window);
+    if (!standing)
+        return;
+    if (standing->dock)
+        TakeOutOfDock(*standing);
+    std::erase_if(standings, [&](const Standing& one) { return one.window == &window; });
+    Changed();
+}
+
+void StudioDocks::SetDocked(Dialog& window, bool wanted)
+{
+    Standing* standing = Find(window);
+    if (!standing || !standing->frame || wanted == IsDocked(window))
+        return;
+    if (wanted) {
+        PutIntoDock(*standing);
+    } else {
+        const QRect place(standing->frame->mapToGlobal(QPoint()), standing->frame->size());
+        TakeOutOfDock(*standing);
+        standing->frame->setGeometry(place);
+        standing->frame->show();
+    }
+    docksFirst = HasDocked();
+    Changed();
+}
+
+bool StudioDocks::IsDocked(const Dialog& window) const
+{
+    return std::any_of(standings.begin(), standings.end(), [&](const Standing& one) { return one.window == &window && one.dock; });
+}
+
+bool StudioDocks::HasDocked() const
+{
+    return std::any_of(standings.begin(), standings.end(), [](const Standing& one) { return one.dock != nullptr; });
+}
+
+const std::vector<Dialog*> StudioDocks::Windows() const
+{
+    std::vector<Dialog*> windows;
+    for (const Standing& one : standings)
+        windows.push_back(one.window);
+    return windows;
+}
+
+void StudioDocks::PutIntoDock(Standing& standing)
+{
+    auto* dock = new Dock(main, toolkit, *standing.window);
+    const auto number = std::count_if(standings.begin(), standings.end(), [](const Standing& one) { return one.dock != nullptr; });
+    dock->setObjectName(QStringLiteral("window%1").arg(number));
+    dock->setWindowTitle(standing.frame->windowTitle());
+    QObject::connect(standing.frame, &QWidget::windowTitleChanged, dock, &QWidget::setWindowTitle);
+    const bool wasShown = standing.frame->isVisible();
+    dock->setWidget(standing.frame);
+    standing.frame->setVisible(wasShown);
+    if (!main.restoreDockWidget(dock))
+        main.addDockWidget(Qt::TopDockWidgetArea, dock);
+    dock->show();
+    standing.dock = dock;
+}
+
+void StudioDocks::TakeOutOfDock(Standing& standing)
+{
+    auto* dock = static_cast<Dock*>(standing.dock.data());
+    standing.dock = nullptr;
+    dock->Forget();
+    if (standing.frame) {
+        QObject::disconnect(standing.frame, &QWidget::windowTitleChanged, dock, nullptr);
+        standing.frame->setParent(nullptr, Qt::Window);
+    }
+    main.removeDockWidget(dock);
+    dock->deleteLater();
+}
+
+void StudioDocks::Changed()
+{
+    if (changed)
+        changed();
+}
+
+} // namespace vx3::desktop

@@ -1,0 +1,34 @@
+// What the program keeps of its windows from one run to the next, in the folder of the
+// profile's settings: a file for the main window, and one with what modules say of theirs.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include <QSettings>
+
+#include "gui/desk.h"
+
+class QMainWindow;
+
+namespace vx3::desktop {
+
+class StudioMemory
+{
+public:
+    explicit StudioMemory(std::string ownFolder); // native bytes; empty: nothing is kept
+
+    bool DocksFirst() const;
+    void Restore(QMainWindow& window) const;
+    void RestoreWindows(gui::Desk& desk) const;
+    void Keep(const QMainWindow& window, bool docksFirst);
+    bool KeepWindows(gui::Desk& desk); // false if that could not be written
+
+private:
+    std::string WindowsFile() const { return folder + "/windows"; }
+
+    std::string folder;
+    std::unique_ptr<QSettings> settings; // none without a folder
+};
+
+} // namespace vx3::desktop

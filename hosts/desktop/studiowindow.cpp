@@ -1,0 +1,199 @@
+#include "studiowindow.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+#include "qtwindow.h"
+#include "studioconsole.h"
+#include "studiomemory.h"
+#include "studiopreferences.h"
+#include "studiosession.h"
+#include "studiotexts.h"
+
+namespace vx3::desktop {
+
+namespace {
+
+constexpr QSize firstSize(1120, 720);
+
+QString RowsOfShortcuts()
+{
+    QString table = QStringLiteral("<table cellspacing=\"6\">");
+    for (const QString& line : Say(Word::ShortcutsText).split(QLatin1Char('\n'))) {
+        const QStringList parts = line.split(QLatin1Char('\t'));
+        table += QStringLiteral("<tr><td><b>%1</b></td><td>%2</td></tr>").arg(parts.first().toHtmlEscaped(), parts.last().toHtmlEscaped());
+    }
+    return table + QStringLiteral("</table>");
+}
+
+} // namespace
+
+StudioWindow::StudioWindow(StudioSession& ownSession)
+    : session(ownSession)
+    , docks(*this, ownSession.Toolkit())
+    , console(new StudioConsole(this))
+    , hint(new QWidget(this))
+{
+    setWindowTitle(QApplication::applicationDisplayName());
+    resize(firstSize);
+    setDockNestingEnabled(true);
+    MakeHint();
+    addDockWidget(Qt::BottomDockWidgetArea, console);
+    console->hide();
+    MakeMenus();
+    Listen();
+}
+
+StudioWindow::~StudioWindow()
+{
+    session.Console().SetListener({});
+    session.Toolkit().SetListener({});
+}
+
+void StudioWindow::Listen()
+{
+    WindowListener listener;
+    listener.opened = [this](Dialog& window, QWidget& frame) { docks.WindowOpened(window, frame); };
+    listener.closing = [this](Dialog& window, QWidget& frame) { docks.WindowClosing(window, frame); };
+    listener.openPreferences = [this](int32_t page) { return OpenPreferences(page); };
+    listener.offerKey = [this](const QKeyEvent& key) { return menus->OfferKey(key); };
+    session.Toolkit().SetListener(std::move(listener));
+    session.Console().SetListener([this](const std::string& line) { console->Add(line); });
+    docks.SetListener([this] { ShowHint(); });
+}
+
+// --- The middle ---
+
+void StudioWindow::MakeHint()
+{
+    auto* text = new QLabel(Say(Word::NothingOpen), hint);
+    auto* button = new QPushButton(Say(Word::NewBrowser), hint);
+    connect(button, &QPushButton::clicked, this, [this] { OpenBrowser(); });
+    auto* down = new QVBoxLayout(hint);
+    down->addStretch(1);
+    down->addWidget(text, 0, Qt::AlignHCenter);
+    down->addWidget(button, 0, Qt::AlignHCenter);
+    down->addStretch(1);
+    setCentralWidget(hint);
+}
+
+void StudioWindow::ShowHint()
+{
+    hint->setVisible(!docks.HasDocked());
+}
+
+// --- The menu ---
+
+void StudioWindow::MakeMenus()
+{
+    StudioMenus::Deeds deeds;
+    deeds.newBrowser = [this] { OpenBrowser(); };
+    deeds.quit = [this] { close(); };
+    deeds.preferences = [this] { OpenPreferences(0); };
+    deeds.shortcuts = [this] { ShowShortcuts(); };
+    deeds.about = [this] { ShowAbout(); };
+    deeds.fillWindowMenu = [this](QMenu& menu) { FillWindowMenu(menu); };
+    menus = std::make_unique<StudioMenus>(*menuBar(), std::move(deeds));
+}
+
+void StudioWindow::FillWindowMenu(QMenu& menu)
+{
+    menu.clear();
+    QAction* toggle = console->toggleViewAction();
+    toggle->setText(Say(Word::Console));
+    menu.addAction(toggle);
+    menu.addSeparator();
+    int number = 0;
+    for (Dialog* window : docks.Windows()) {
+        const QString title = ToQt(window->title).replace(QLatin1Char('&'), QStringLiteral("&&"));
+        QMenu* inner = menu.addMenu(QStringLiteral("&%1  %2").arg(++number).arg(title));
+        inner->addAction(Say(Word::ShowWindow), this, [window] { WindowOf(*window)->Raise(); });
+        QAction* docked = inner->addAction(Say(Word::Docked), this, [this, window](bool isDocked) { docks.SetDocked(*window, isDocked); });
+        docked->setCheckable(true);
+        docked->setChecked(docks.IsDocked(*window));
+    }
+}
+
+void StudioWindow::OpenBrowser()
+{
+    if (Failure failure = session.OpenPlace({}))
+        session.Console().Add(failure.sentence);
+}
+
+bool StudioWindow::OpenPreferences(int32_t page)
+{
+    if (page != 0 && !StudioPreferences::HasPage(page))
+        return false;
+    if (!preferences)
+        preferences = new StudioPreferences(this, session.ModuleFile());
+    preferences->ShowPage(page);
+    preferences->show();
+    preferences->raise();
+    preferences->activateWindow();
+    return true;
+}
+
+void StudioWindow::ShowShortcuts()
+{
+    QMessageBox box(QMessageBox::NoIcon, Say(Word::Shortcuts).remove(QLatin1Char('&')), RowsOfShortcuts(), QMessageBox::Ok, this);
+    box.exec();
+}
+
+void StudioWindow::ShowAbout()
+{
+    const QString text = Say(Word::AboutText).arg(QApplication::applicationVersion(), QString::fromLatin1(qVersion()));
+    QMessageBox::about(this, Say(Word::About).remove(QLatin1Char('&')), text);
+}
+
+// --- From one run to the next ---
+
+void StudioWindow::Restore()
+{
+    const StudioMemory memory(session.Core().Settings().configFolder);
+    docks.SetDocksFirst(memory.DocksFirst());
+    memory.Restore(*this);
+    memory.RestoreWindows(session.GetDesk());
+    ShowHint();
+}
+
+void StudioWindow::Keep()
+{
+    StudioMemory memory(session.Core().Settings().configFolder);
+    memory.Keep(*this, docks.DocksFirst());
+    if (!memory.KeepWindows(session.GetDesk()))
+        session.Console().Add("the windows of this run could not be kept");
+}
+
+bool StudioWindow::CloseAll()
+{
+    const std::vector<Dialog*> windows = session.GetDesk().Windows();
+    for (Dialog* window : windows) {
+        const std::vector<Dialog*> open = session.GetDesk().Windows(); // closing one may close others
+        const bool isOpen = std::find(open.begin(), open.end(), window) != open.end();
+        if (isOpen && !session.GetDesk().AskAndClose(*window))
+            return false;
+    }
+    return true;
+}
+
+void StudioWindow::closeEvent(QCloseEvent* event)
+{
+    if (QApplication::activeModalWidget() && QApplication::activeModalWidget() != this)
+        return event->ignore();
+    Keep();
+    const bool docksFirst = docks.DocksFirst();
+    if (!CloseAll())
+        return event->ignore();
+    docks.SetDocksFirst(docksFirst);
+    event->accept();
+    QApplication::quit();
+}
+
+} // namespace vx3::desktop

@@ -1,0 +1,50 @@
+// The main window of VX3 Studio. Main thread only.
+#pragma once
+
+#include <memory>
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include "studiodocks.h"
+#include "studiomenus.h"
+
+namespace vx3::desktop {
+
+class StudioConsole;
+class StudioPreferences;
+class StudioSession;
+
+class StudioWindow final : public QMainWindow
+{
+public:
+    explicit StudioWindow(StudioSession& ownSession);
+    ~StudioWindow() override;
+
+    void Restore(); // size, place and docks of the last run; before the first window is opened
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    void MakeMenus();
+    void Listen();
+    void MakeHint();
+    void ShowHint();
+    void FillWindowMenu(QMenu& menu);
+    void OpenBrowser();
+    bool OpenPreferences(int32_t page); // 0: the first
+    void ShowShortcuts();
+    void ShowAbout();
+    void Keep();
+    bool CloseAll();
+
+    StudioSession& session;
+    StudioDocks docks;
+    StudioConsole* console;
+    QWidget* hint; // where windows are docked, while none is
+    std::unique_ptr<StudioMenus> menus;
+    QPointer<StudioPreferences> preferences;
+};
+
+} // namespace vx3::desktop
