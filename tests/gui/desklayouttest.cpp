@@ -111,6 +111,7 @@ protected:
         std::filesystem::create_directories(folder / "res" / "strings");
         std::ofstream(folder / "res" / "layouts" / "7.layout") << layout;
         std::ofstream(folder / "res" / "strings" / "us.txt") << "5 = Name\n6 = Tip\n";
+        core::ResourceServices()->free(resources);
         resources = core::ResourceServices()->load(core::Path((folder / "module.so").native()).Get());
     }
     void TearDown() override
