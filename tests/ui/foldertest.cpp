@@ -161,7 +161,7 @@ TEST_F(FolderPane, WholeSelections)
         { &FolderContentDialog::SelectNone, "a b c d" },
     };
     for (const auto& row : rows) {
-        (pane.get()->*row.operation)();
+        ((*pane).*row.operation)();
         EXPECT_EQ(Entries(), row.entries);
         EXPECT_EQ(window->Did() + ";" + gui.Calls(), " update;redraw");
     }
@@ -229,6 +229,8 @@ TEST_F(FolderPane, ZoomControls)
     EXPECT_TRUE(gui.Use(slider, 7));
     EXPECT_EQ(gui.Calls(), "") << "no change";
     EXPECT_FALSE(gui.Use(10120));
+    pane->SetZoom(0.29);
+    EXPECT_EQ(gui.values[slider], 29) << "a whole number, whatever the product is";
 }
 
 TEST_F(FolderPane, AFilterGoesByTypes)

@@ -134,7 +134,7 @@ TEST_F(IconGrid, ADragFromElsewhereFramesWhatIsSeen)
     const std::string drawn = gui.Draw({ 0, 240, 9, 245 });
     EXPECT_EQ(drawn.substr(drawn.size() - std::min(drawn.size(), frame.size())), frame);
     EXPECT_TRUE(pane->View().ClearDropTarget());
-    dragged.source = pane.get();
+    dragged.source = &*pane;
     (void)pane->View().DropTargetAt({ 268, 60 }, HitTest::Cell, dragged);
     EXPECT_EQ(gui.Draw({ 0, 240, 9, 245 }).find("line"), std::string::npos) << "its own drag";
 }

@@ -29,7 +29,7 @@ TEST_F(ListDrag, AFolderIsATargetAndAFileIsItsFolder)
 {
     OpenLetters(3);
     const NodeRef dragged[] = { At(1), At(3) };
-    const DragBlock block = { 2, dragged, pane.get() };
+    const DragBlock block = { 2, dragged, &*pane };
     const struct {
         const char* what;
         int32_t x;
@@ -97,7 +97,7 @@ TEST_F(ListDrag, ThePaneRefusesAndSaysSo)
 {
     OpenLetters(3);
     const NodeRef dragged[] = { At(2) };
-    DragBlock block = { 1, dragged, pane.get() };
+    DragBlock block = { 1, dragged, &*pane };
     EXPECT_TRUE(gui.TellDrag(VX3_DRAG_BROWSER, &block, 30, 30));
     EXPECT_EQ(gui.dragResult, VX3_CURSOR_REFUSED);
     EXPECT_EQ(Entries(), "[0] 1 a b c");

@@ -120,7 +120,7 @@ TEST_F(ListMouse, ADragCarriesTheSelectionAndLeavesIt)
         carried = std::to_string(block.count) + " ";
         for (int32_t i = 0; i < block.count; i++)
             carried += Utf8(ContentOf(block.nodes[i])->GetNameRef()) + " ";
-        EXPECT_EQ(block.source, pane.get());
+        EXPECT_EQ(block.source, &*pane);
         return type == VX3_DRAG_BROWSER;
     };
     Click(3);

@@ -2,6 +2,8 @@
 // if a test wants them; names sort as they are written, folders in front.
 #pragma once
 
+#include <optional>
+
 #include "fakegui.h"
 #include "support/nodefixture.h"
 
@@ -165,9 +167,9 @@ protected:
     void Open(browser::ContentRef shown)
     {
         if (!pane)
-            pane = std::make_unique<browser::FolderContentDialog>();
+            pane.emplace();
         if (!window)
-            window = std::make_unique<PaneTestWindow>(*pane);
+            window.emplace(*pane);
         pane->SetNode(std::move(shown), false, {}, browser::ViewMode::Unchanged);
         EXPECT_TRUE(window->Open({}));
         (void)window->Did();
@@ -201,8 +203,8 @@ protected:
 
     FakeGui gui;
     browser::ContentRef folder;
-    std::unique_ptr<browser::FolderContentDialog> pane;
-    std::unique_ptr<PaneTestWindow> window;
+    std::optional<browser::FolderContentDialog> pane;
+    std::optional<PaneTestWindow> window;
 
     static inline int32_t slept = 0; // milliseconds
 

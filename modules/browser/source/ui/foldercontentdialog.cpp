@@ -145,14 +145,18 @@ void FolderContentDialog::ReadViewSettings()
 
 void FolderContentDialog::SetZoom(double wanted)
 {
+    zoomControls.Show(wanted);
+    ChangeZoom(wanted);
+}
+
+void FolderContentDialog::ChangeZoom(double wanted)
+{
     if (wanted == zoom)
         return;
     const ScrollPlace place = activeView->GetPlace();
     zoom = wanted;
-    if (IsOpen()) {
-        zoomControls.Show(zoom);
+    if (IsOpen())
         LayOut(place);
-    }
     (void)SetPreferenceFloat(node ? Preference::FolderZoom : Preference::HitsZoom, zoom);
 }
 
@@ -295,7 +299,7 @@ bool FolderContentDialog::Command(int32_t id, const BaseContainer&)
     const WindowHold hold(*window);
     double wanted;
     if (zoomControls.Command(id, wanted))
-        SetZoom(wanted);
+        ChangeZoom(wanted);
     else if (id == PaneGadget::busy)
         busyButton.Press(window->GetWork());
     else

@@ -47,7 +47,7 @@ public:
     void SetFilter(const FolderFilter& wanted);
     ViewMode GetViewMode() const { return ViewMode::Icons; }
     ScrollPlace GetPlace() const { return activeView->GetPlace(); } // what is at the top of the visible part
-    void ShowStatus();            // how many there are, and how many are selected
+    void ShowStatus();                                              // how many there are, and how many are selected
     double GetZoom() const { return zoom; }
     void SetZoom(double wanted); // 0 to 1
 
@@ -86,6 +86,7 @@ private:
     void LayOut(const ScrollPlace& place);
 
     void ReadViewSettings();
+    void ChangeZoom(double wanted);
     bool TakeDrag(const DragInfo& drag);
     void ShowDropTarget(const DragInfo& drag);
     void ShowNewSelection();

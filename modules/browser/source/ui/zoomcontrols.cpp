@@ -1,5 +1,7 @@
 #include "ui/zoomcontrols.h"
 
+#include <cmath>
+
 #include "ui/panegadgets.h"
 
 namespace browser {
@@ -22,7 +24,7 @@ void ZoomControls::Fill(double zoom)
 
 void ZoomControls::Show(double zoom)
 {
-    (void)dialog.SetValue(PaneGadget::zoom, zoom * percent);
+    (void)dialog.SetValue(PaneGadget::zoom, std::round(zoom * percent));
 }
 
 bool ZoomControls::Command(int32_t id, double& zoom)
