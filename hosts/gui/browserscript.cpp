@@ -38,7 +38,7 @@ std::string PlaceOf(const std::string& place, const std::string& folder)
 
 std::string WithoutFolder(std::string text, const std::string& folder)
 {
-    constexpr std::string_view shown = "FOLDER";
+    constexpr std::string_view shown = "/FOLDER";
     for (size_t at = text.find(folder); !folder.empty() && at != text.npos; at = text.find(folder, at + shown.size()))
         text.replace(at, folder.size(), shown);
     return text;

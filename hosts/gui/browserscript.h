@@ -7,7 +7,7 @@
 namespace vx3::gui {
 
 // `browser` must live as long as the program is used. `folder` is that of the scenario; what
-// is dumped calls it FOLDER, so that it may lie anywhere.
+// is dumped calls it /FOLDER, so that it may lie anywhere.
 ScriptProgram ProgramOf(const VX3Browser& browser, std::string folder);
 
 // Does something of any window still wait, as far as the browser knows?

@@ -57,13 +57,15 @@ void Paint(gui::Desk& desk, gui::Gadget& gadget)
     if (dirty.IsEmpty())
         return;
     native.drawn = {};
+    ++native.drawings;
     desk.Paint(gadget, native.drawn, dirty);
 }
 
 std::string Heading(const gui::Gadget& gadget)
 {
     return std::string(gadget.shape.kind == VX3_GADGET_TREE ? "tree " : "area ") + std::to_string(gadget.shape.id) + " "
-        + std::to_string(gadget.place.width) + "x" + std::to_string(gadget.place.height) + "\n";
+        + std::to_string(gadget.place.width) + "x" + std::to_string(gadget.place.height) + " drawing "
+        + std::to_string(NativeOf(gadget).drawings) + "\n";
 }
 
 } // namespace

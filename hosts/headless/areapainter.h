@@ -11,7 +11,8 @@ namespace vx3::headless {
 void MarkDirty(gui::Gadget& gadget, const gui::Place& part);
 void PaintDirty(gui::Desk& desk, const gui::Dialog& window);
 
-// The last painting of each area and tree that can be seen, with a line above each.
+// The last drawing of each area and tree that can be seen. A line above it tells the size and
+// the how manyth drawing it is.
 std::string DescribeDrawings(const gui::Dialog& window);
 
 } // namespace vx3::headless

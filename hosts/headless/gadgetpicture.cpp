@@ -7,6 +7,7 @@
 #include "core/values.h"
 #include "gui/toolkit.h"
 #include "headless/gadgetneeds.h"
+#include "headless/natives.h"
 #include "headless/palette.h"
 
 namespace vx3::headless {
@@ -59,6 +60,8 @@ private:
     void WriteLeft(std::u16string_view text, int from) { Write(text, { place.x + from, place.y + (place.height - cellHeight) / 2 }); }
     void WriteInMiddle(std::u16string_view text) { WriteLeft(text, (place.width - WidthOfText(text)) / 2); }
     void Box(gui::Colour inside);
+    void Fade(const gui::Place& part);
+    void PaintSelection();
     bool HasFocus() const { return gadget.dialog->Window().focus == &gadget; }
     gui::Colour TextColour() const { return gadget.isEnabled ? style::text : style::disabledText; }
     double Share() const;
@@ -176,6 +179,8 @@ void GadgetPainter::PaintField(std::u16string_view text)
 {
     Box(gadget.Has(VX3_FLAG_READ_ONLY) ? style::window : style::field);
     clip = clip.Cut({ place.x + 1, place.y + 1, place.width - 2, place.height - 2 });
+    if (gadget.shape.kind == VX3_GADGET_EDIT && HasFocus())
+        PaintSelection();
     for (int y = place.y + textMargin;; y += cellHeight) {
         const size_t end = text.find(u'\n');
         Write(text.substr(0, end), { place.x + textMargin, y });
@@ -183,6 +188,16 @@ void GadgetPainter::PaintField(std::u16string_view text)
             return;
         text.remove_prefix(end + 1);
     }
+}
+
+// What is selected, or the caret.
+void GadgetPainter::PaintSelection()
+{
+    const LineEditor& editor = NativeOf(gadget).editor;
+    const int from = static_cast<int>(std::min(editor.caret, editor.anchor)) * cellWidth;
+    const int length = static_cast<int>(std::max(editor.caret, editor.anchor)) * cellWidth - from;
+    Fill({ place.x + textMargin + from, place.y + textMargin, std::max(1, length), cellHeight },
+         length > 0 ? PaletteColour(VX3_COLOUR_SELECTION) : style::text);
 }
 
 void GadgetPainter::PaintCheck()
@@ -207,12 +222,24 @@ void GadgetPainter::PaintBitmapButton()
     if (isOn)
         Box(style::shade);
     const VX3Bitmap* picture = gadget.normal.Get();
+    if (!picture && !gadget.isEnabled)
+        return; // a place for what is shown at times
     if (!picture)
         return Frame({ place.x + 3, place.y + 3, place.width - 6, place.height - 6 }, style::frame);
     const gui::Size size = { core::BitmapServices()->width(picture), core::BitmapServices()->height(picture) };
     const gui::Place target = { place.x + (place.width - size.width) / 2, place.y + (place.height - size.height) / 2, size.width,
                                 size.height };
     raster.Draw(picture, target, { 0, 0, size.width, size.height }, clip, true);
+    if (!gadget.isEnabled)
+        Fade(target);
+}
+
+// Every other pixel of what cannot be used becomes background.
+void GadgetPainter::Fade(const gui::Place& part)
+{
+    for (int y = 0; y < part.height; ++y)
+        for (int x = y % 2; x < part.width; x += 2)
+            Fill({ part.x + x, part.y + y, 1, 1 }, style::window);
 }
 
 void GadgetPainter::PaintCombo()

@@ -5,6 +5,8 @@
 #include <optional>
 
 #include "core/values.h"
+#include "headless/fixedfont.h"
+#include "headless/gadgetneeds.h"
 #include "headless/gadgetpicture.h"
 #include "headless/natives.h"
 #include "headless/seen.h"
@@ -132,6 +134,25 @@ bool TakesFocusByTab(const gui::Gadget& gadget)
     return gadget.isEnabled
         && (DrawsItself(gadget) || HasText(gadget) || IsSwitch(gadget) || IsButton(gadget) || HasRange(gadget)
             || gadget.shape.kind == VX3_GADGET_DATE || gadget.shape.kind == VX3_GADGET_COMBO || gadget.shape.kind == VX3_GADGET_TABS);
+}
+
+void PlaceCaret(gui::Gadget& gadget, gui::Point at)
+{
+    if (!HasText(gadget))
+        return;
+    size_t begin = 0;
+    const int line = gadget.shape.kind == VX3_GADGET_MULTILINE ? (at.y - textMargin) / cellHeight : 0;
+    for (int above = 0; above < line && gadget.text.find(u'\n', begin) != gadget.text.npos; ++above)
+        begin = gadget.text.find(u'\n', begin) + 1;
+    const size_t length = std::min(gadget.text.find(u'\n', begin), gadget.text.size()) - begin;
+    const int column = std::max(0, at.x - textMargin + cellWidth / 2) / cellWidth;
+    NativeOf(gadget).editor.Select(gadget.text, static_cast<int>(begin + std::min(static_cast<size_t>(column), length)), 0);
+}
+
+void EnterByTab(gui::Gadget& gadget)
+{
+    if (HasText(gadget) && gadget.shape.kind != VX3_GADGET_MULTILINE)
+        NativeOf(gadget).editor.SelectAll(gadget.text);
 }
 
 void Click(gui::Desk& desk, gui::Gadget& gadget, gui::Point at)

@@ -12,6 +12,10 @@ bool TakesFocusByMouse(const gui::Gadget& gadget);
 // Does the tabulator stop at it?
 bool TakesFocusByTab(const gui::Gadget& gadget);
 
+// The left button was pressed in it: the caret of a text goes there.
+void PlaceCaret(gui::Gadget& gadget, gui::Point at);
+// The tabulator came to it: the text of one line is selected.
+void EnterByTab(gui::Gadget& gadget);
 // The left button was pressed and let go in it.
 void Click(gui::Desk& desk, gui::Gadget& gadget, gui::Point at);
 // A key while it has the focus; false if it has no use for it.

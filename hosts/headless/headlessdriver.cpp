@@ -41,6 +41,11 @@ std::string Words(gui::Point point)
     return std::to_string(point.x) + " " + std::to_string(point.y);
 }
 
+gui::Point ToScreen(const gui::Gadget& gadget, gui::Point at)
+{
+    return InsideCornerOf(gadget.dialog->Window()) + gui::PlaceInWindow(gadget).Corner() + at;
+}
+
 gui::Gadget* ScrollAround(gui::Gadget& gadget)
 {
     gui::Gadget* group = gui::AroundOf(gadget);
@@ -84,26 +89,22 @@ bool HeadlessDriver::CanPointAt(gui::Gadget& gadget, gui::Point at)
     return false;
 }
 
-void HeadlessDriver::PointAt(gui::Gadget& gadget, gui::Point at, uint32_t qualifiers)
-{
-    toolkit.HoldKeys(qualifiers);
-    toolkit.MovePointer(InsideCornerOf(gadget.dialog->Window()) + gui::PlaceInWindow(gadget).Corner() + at);
-}
-
 // The mouse.
 
 void HeadlessDriver::Mouse(gui::Gadget& gadget, gui::Point at, int32_t channel, uint32_t qualifiers, bool isPressed, bool isDouble)
 {
-    if (!isPressed || toolkit.IsTracking()) {
-        PointAt(gadget, at, qualifiers);
-        if (!isPressed)
-            Release(gadget, at, channel);
+    toolkit.HoldKeys(qualifiers);
+    if (!isPressed) {
+        Release(gadget, at, channel);
+        return toolkit.Turn();
+    }
+    if (toolkit.IsTracking()) {
+        toolkit.Press(ToScreen(gadget, at), channel);
         return toolkit.Turn();
     }
     if (!CanPointAt(gadget, at))
         return;
-    PointAt(gadget, at, qualifiers);
-    toolkit.HoldButton(channel, true);
+    toolkit.Press(ToScreen(gadget, at), channel);
     toolkit.EndPopupEdit(false); // it lost the focus
     if (gadget.isGone)
         return toolkit.Turn();
@@ -115,8 +116,10 @@ void HeadlessDriver::Mouse(gui::Gadget& gadget, gui::Point at, int32_t channel, 
 
 void HeadlessDriver::Press(gui::Gadget& gadget, const gui::Input& input)
 {
-    if (input.channel == VX3_CHANNEL_LEFT)
+    if (input.channel == VX3_CHANNEL_LEFT) {
         pressed = &gadget;
+        PlaceCaret(gadget, input.at);
+    }
     if (TakesFocusByMouse(gadget))
         toolkit.FocusGadget(gadget);
     if (!gadget.isGone && DrawsItself(gadget))
@@ -126,7 +129,7 @@ void HeadlessDriver::Press(gui::Gadget& gadget, const gui::Input& input)
 void HeadlessDriver::Release(gui::Gadget& gadget, gui::Point at, int32_t channel)
 {
     const bool wasTracking = toolkit.IsTracking();
-    toolkit.HoldButton(channel, false);
+    toolkit.Release(gadget.isGone ? gui::Point{} : ToScreen(gadget, at), channel);
     if (channel != VX3_CHANNEL_LEFT)
         return;
     const bool isClick = std::exchange(pressed, nullptr) == &gadget && !wasTracking;
@@ -136,7 +139,8 @@ void HeadlessDriver::Release(gui::Gadget& gadget, gui::Point at, int32_t channel
 
 void HeadlessDriver::MoveMouse(gui::Gadget& gadget, gui::Point at, uint32_t qualifiers)
 {
-    PointAt(gadget, at, qualifiers);
+    toolkit.HoldKeys(qualifiers);
+    toolkit.MovePointer(ToScreen(gadget, at));
     toolkit.Turn();
 }
 
@@ -144,7 +148,8 @@ void HeadlessDriver::Wheel(gui::Gadget& gadget, gui::Point at, int32_t value, ui
 {
     if (!CanPointAt(gadget, at))
         return;
-    PointAt(gadget, at, qualifiers);
+    toolkit.HoldKeys(qualifiers);
+    toolkit.MovePointer(ToScreen(gadget, at));
     const gui::Input input = { gui::Device::Mouse, VX3_CHANNEL_WHEEL, value, at, qualifiers, false, {} };
     const bool isConsumed = DrawsItself(gadget) && desk.Feed(gadget, input);
     gui::Gadget* group = isConsumed || gadget.isGone ? nullptr : ScrollAround(gadget);
@@ -208,8 +213,9 @@ void HeadlessDriver::FocusNext(gui::Dialog& window, bool goesBack)
     if (goesBack)
         std::reverse(stops.begin(), stops.end());
     auto found = std::find(stops.begin(), stops.end(), window.focus);
-    const bool isLast = found == stops.end() || found + 1 == stops.end();
-    toolkit.FocusGadget(isLast ? *stops.front() : **(found + 1));
+    gui::Gadget& next = found == stops.end() || found + 1 == stops.end() ? *stops.front() : **(found + 1);
+    EnterByTab(next);
+    toolkit.FocusGadget(next);
 }
 
 // Gadgets and windows as a whole.

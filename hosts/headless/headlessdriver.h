@@ -46,7 +46,6 @@ private:
     bool CanUse(gui::Dialog& window);
     bool CanUse(gui::Gadget& gadget);
     bool CanPointAt(gui::Gadget& gadget, gui::Point at);
-    void PointAt(gui::Gadget& gadget, gui::Point at, uint32_t qualifiers);
     void Press(gui::Gadget& gadget, const gui::Input& input);
     void Release(gui::Gadget& gadget, gui::Point at, int32_t channel);
     void KeyInPopup(const gui::Input& input);

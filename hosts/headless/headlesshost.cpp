@@ -4,6 +4,7 @@
 
 #include "core/hoststate.h"
 #include "core/values.h"
+#include "headless/hosticons.h"
 
 namespace vx3::headless {
 
@@ -12,6 +13,7 @@ HeadlessGui::HeadlessGui()
     , driver(desk, toolkit)
 {
     toolkit.SetDesk(&desk);
+    RegisterHostIcons();
 }
 
 HeadlessGui::~HeadlessGui()

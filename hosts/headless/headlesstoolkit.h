@@ -46,7 +46,8 @@ public:
     // The user's hand. A point is of the screen.
     void HoldKeys(uint32_t qualifiers) { heldKeys = qualifiers; }
     void MovePointer(gui::Point screen);
-    void HoldButton(int32_t channel, bool isHeld); // a release ends what is tracked
+    void Press(gui::Point screen, int32_t channel);   // cancels what is tracked
+    void Release(gui::Point screen, int32_t channel); // of the left button: ends what is tracked
     bool IsTracking() const { return track != nullptr; }
     bool IsWoken() const { return isWoken; } // since the last turn
     void CancelTracking();
@@ -102,6 +103,7 @@ private:
     // How long a user looks at a menu or a box: timers run in it.
     static constexpr int readingTime = 300;
 
+    void PointTo(gui::Point screen);
     void RunTrack(PointerTrack& own, const char* what);
     bool AskUser(const std::string& shown, std::string& answer);
 

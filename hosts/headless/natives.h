@@ -23,7 +23,8 @@ struct GadgetNative : gui::Native {
     gui::Place dirty;
     gui::Place painted; // what was seen when it was painted last
     gui::Size size;     // and how large it was
-    DisplayList drawn;  // that painting
+    int drawings = 0;
+    DisplayList drawn; // that painting
 };
 
 inline WindowNative& NativeOf(const gui::Dialog& window)

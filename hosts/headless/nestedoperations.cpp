@@ -31,26 +31,36 @@ int Distance(gui::Point a, gui::Point b)
 
 // The pointer.
 
-void HeadlessToolkit::MovePointer(gui::Point screen)
+void HeadlessToolkit::PointTo(gui::Point screen)
 {
     pointer = screen;
-    if (!track || track->state != PointerTrack::State::Held)
-        return;
-    if (track->kind == PointerTrack::Kind::Band) {
+    const bool isHeld = track && track->state == PointerTrack::State::Held;
+    if (isHeld && track->kind == PointerTrack::Kind::Band)
         track->last = screen - ToScreen(track->gadget, {});
-        track->hasMoved |= track->last != track->start;
-        return;
-    }
-    track->last = screen;
-    track->hasMoved |= Distance(screen, track->start) >= dragDistance;
-    if (track->hasMoved && !desk->MoveDrag(screen, heldKeys))
-        track->state = PointerTrack::State::Cancelled;
 }
 
-void HeadlessToolkit::HoldButton(int32_t channel, bool isHeld)
+void HeadlessToolkit::MovePointer(gui::Point screen)
 {
-    heldButtons = isHeld ? heldButtons | ButtonBit(channel) : heldButtons & ~ButtonBit(channel);
-    if (!isHeld && channel == VX3_CHANNEL_LEFT && track && track->state == PointerTrack::State::Held)
+    PointTo(screen);
+    if (!track || track->state != PointerTrack::State::Held || track->kind != PointerTrack::Kind::Drag)
+        return;
+    track->hasMoved |= Distance(screen, track->start) >= dragDistance;
+    if (track->hasMoved && !desk->MoveDrag(screen, heldKeys))
+        CancelTracking();
+}
+
+void HeadlessToolkit::Press(gui::Point screen, int32_t channel)
+{
+    PointTo(screen);
+    heldButtons |= ButtonBit(channel);
+    CancelTracking();
+}
+
+void HeadlessToolkit::Release(gui::Point screen, int32_t channel)
+{
+    PointTo(screen);
+    heldButtons &= ~ButtonBit(channel);
+    if (channel == VX3_CHANNEL_LEFT && track && track->state == PointerTrack::State::Held)
         track->state = PointerTrack::State::Released;
 }
 
@@ -114,7 +124,7 @@ gui::Band HeadlessToolkit::TrackRubberBand(gui::Gadget& area, gui::Point start)
 
 void HeadlessToolkit::RunDrag(gui::Gadget& area)
 {
-    PointerTrack own = { PointerTrack::Kind::Drag, area, pointer, pointer };
+    PointerTrack own = { PointerTrack::Kind::Drag, area, pointer, {} };
     if (!track)
         RunTrack(own, "a drag");
     desk->EndDrag(pointer, heldKeys, own.hasMoved && own.state == PointerTrack::State::Released);

@@ -12,9 +12,9 @@ struct PointerTrack {
 
     Kind kind;
     gui::Gadget& gadget;
-    gui::Point start; // of a band in the gadget, of a drag on the screen
-    gui::Point last;  // the same
-    bool hasMoved = false;
+    gui::Point start;      // of a band in the gadget, of a drag on the screen
+    gui::Point last;       // of a band, in the gadget
+    bool hasMoved = false; // of a drag: as far as it takes to begin one
     State state = State::Held;
 };
 

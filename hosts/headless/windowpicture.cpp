@@ -1,5 +1,7 @@
 #include "headless/windowpicture.h"
 
+#include <algorithm>
+
 #include "gui/layout.h"
 #include "gui/menutext.h"
 #include "headless/gadgetpicture.h"
@@ -104,7 +106,11 @@ void WindowPainter::PaintPopupEdit()
     const gui::Place place = edit.screen.Moved(gui::Point{} - frame);
     raster.Fill(place, style::field);
     raster.Frame(place, style::accent);
-    Write(edit.text, place.Corner() + gui::Point{ 2, (place.height - cellHeight) / 2 }, place, style::text);
+    const gui::Point corner = place.Corner() + gui::Point{ 2, (place.height - cellHeight) / 2 };
+    const int from = static_cast<int>(std::min(edit.editor.caret, edit.editor.anchor)) * cellWidth;
+    const int length = static_cast<int>(std::max(edit.editor.caret, edit.editor.anchor)) * cellWidth - from;
+    raster.Fill(gui::Place{ corner.x + from, corner.y, length, cellHeight }.Cut(place), PaletteColour(VX3_COLOUR_SELECTION));
+    Write(edit.text, corner, place, style::text);
 }
 
 } // namespace

@@ -50,7 +50,7 @@ void WindowStack::Remove(gui::Dialog& window)
 
 void WindowStack::Raise(gui::Dialog& window)
 {
-    if (!Has(window))
+    if (!Has(window) || BlockerOf(window))
         return;
     std::erase(windows, &window);
     windows.push_back(&window);
@@ -62,12 +62,14 @@ void WindowStack::ShowAdded()
         NativeOf(*window).isShown = true;
     if (!windows.empty() && windows.back() != active)
         Activate(*windows.back());
+    else if (active && active->focus && !NativeOf(*active->focus).isVisible)
+        desk->FocusMoved(*active, nullptr); // its page went
 }
 
 void WindowStack::Activate(gui::Dialog& window)
 {
     Raise(window);
-    if (active == &window || !Has(window))
+    if (active == &window || windows.empty() || windows.back() != &window)
         return;
     gui::Dialog* before = std::exchange(active, &window);
     if (before && before->focus) {

@@ -16,8 +16,8 @@ public:
 
     void Add(gui::Dialog& window); // in front; shown by ShowAdded
     void Remove(gui::Dialog& window);
-    void Raise(gui::Dialog& window);
-    void ShowAdded(); // shows what was opened, and gives the focus to the window in front
+    void Raise(gui::Dialog& window); // unless a modal one holds it up
+    void ShowAdded();                // shows what was opened, and gives the focus to the window in front
     void Activate(gui::Dialog& window);
     // At once if the window is active, else when it becomes so.
     void GiveFocus(gui::Gadget& gadget);
