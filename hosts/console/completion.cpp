@@ -33,6 +33,11 @@ std::string FirstWords(const VerbRow& row)
     return row.verb == Verb::Help ? VerbNames() : Words(row.choices);
 }
 
+bool TakesFiles(const VerbRow& row)
+{
+    return row.takes == Takes::Place || row.takes == Takes::File;
+}
+
 std::string OptionNames(Verb verb)
 {
     std::string names;
@@ -73,7 +78,7 @@ std::string BashVerbs()
     for (const VerbRow& row : VerbTable()) {
         std::string first = FirstWords(row);
         script += std::string("        ") + row.name + ") options='" + OptionNames(row.verb) + "'; words='" + first
-            + "'; places=" + (row.takes == Takes::Place ? "1" : "") + " ;;\n";
+            + "'; places=" + (TakesFiles(row) ? "1" : "") + " ;;\n";
     }
     return script;
 }
@@ -146,7 +151,7 @@ std::string ZshVerb(const VerbRow& verb)
         if (BelongsTo(row, verb.verb))
             script += ZshOption(row);
     std::string first = FirstWords(verb);
-    if (verb.takes == Takes::Place)
+    if (TakesFiles(verb))
         script += "            '*:place:_files' ;;\n";
     else if (!first.empty())
         script += "            '1:word:(" + first + ")' ;;\n";
@@ -213,7 +218,7 @@ std::string FishScript()
         script += std::string("complete -c vx3 -n __fish_use_subcommand -a ") + row.name + " -d " + FishText(row.summary) + "\n";
         std::string seen = std::string("complete -c vx3 -n '__fish_seen_subcommand_from ") + row.name + "'";
         std::string first = FirstWords(row);
-        if (row.takes == Takes::Place)
+        if (TakesFiles(row))
             script += seen + " -F\n";
         else if (!first.empty())
             script += seen + " -a '" + first + "'\n";

@@ -1,6 +1,7 @@
 // The words of --help and of the verb help.
 #include <cstdio>
 
+#include "gui/script.h"
 #include "verbs.h"
 
 namespace vx3::console {
@@ -79,6 +80,8 @@ void PrintHelp(Verb verb)
     std::printf("Usage: vx3 %s [OPTION...]%s%s\n\n", row.name, *row.synopsis ? " " : "", row.synopsis);
     PrintWrapped(row.text, 0, 0);
     PrintOptions(verb, false);
+    if (verb == Verb::Script)
+        std::printf("\nLines of a script:\n%s", gui::ScriptHelp().c_str());
 }
 
 int RunHelp(const Command& command)

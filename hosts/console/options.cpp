@@ -24,7 +24,7 @@ constexpr uint32_t Bits(Verbs... verbs)
 
 constexpr uint32_t listings = Bits(Verb::Roots, Verb::Ls, Verb::Stat, Verb::Tree, Verb::Plugins, Verb::Icons, Verb::Prefs);
 constexpr uint32_t changes = Bits(Verb::Mkdir, Verb::Rename, Verb::Move, Verb::Copy, Verb::Delete);
-constexpr uint32_t withModule = listings | changes | Bit(Verb::Selfcheck);
+constexpr uint32_t withModule = listings | changes | Bits(Verb::Script, Verb::Selfcheck);
 constexpr uint32_t everywhere = UINT32_MAX;
 
 constexpr VerbRow verbTable[] = {
@@ -61,6 +61,14 @@ constexpr VerbRow verbTable[] = {
     { Verb::Prefs, "prefs", "[get SETTING | set SETTING VALUE]", Takes::Word, "get|set", 0, 3, "read and write settings",
       "Lists all settings with their values, or reads or writes one, given by its number or its name. Settings are kept in the "
       "profile." },
+    { Verb::Script, "script", "FILE", Takes::File, "", 1, 1, "use the windows by a script",
+      "Plays what a user would do in the browser's windows, line by line, without a screen: clicks, keys, drags, waiting. What the "
+      "script dumps is printed. The clock of the windows stands unless the script moves it. Files and folders that it makes lie in "
+      "a folder that is made for it and removed at the end, and so does the profile, so that each run is like the first; the "
+      "language is English. An answer that is missing, a row or a gadget that is not there, or a call from a wrong thread ends the "
+      "run with 1.\n"
+      "At the end the longest time that one event took stands on the standard error output. Lines that follow one that opens "
+      "something run inside it; vx3 help script lists them all." },
     { Verb::Selfcheck, "selfcheck", "", Takes::Nothing, "", 0, 0, "test the installation",
       "Loads the module twice, in each of its languages, and checks what it publishes: table, hashes, texts, icons, roots, URLs. "
       "One line for each check." },
@@ -81,6 +89,8 @@ constexpr OptionRow optionTable[] = {
     { Option::Trash, "trash", Takes::Nothing, "", "", Bit(Verb::Delete), "delete into the trash of the desktop" },
     { Option::Names, "names", Takes::Nothing, "", "", Bit(Verb::Plugins), "print the type names of each plugin too" },
     { Option::Sheet, "sheet", Takes::File, "FILE", "", Bit(Verb::Icons), "draw all icons into a PNG file" },
+    { Option::Folder, "folder", Takes::Folder, "DIR", "", Bit(Verb::Script), "the folder of the script, which is kept" },
+    { Option::Shot, "shot", Takes::File, "FILE", "", Bit(Verb::Script), "draw the window in front into a PNG file at the end" },
     { Option::Man, "man", Takes::Nothing, "", "", Bit(Verb::Help), "write the manual page" },
     { Option::Profile, "profile", Takes::Folder, "DIR", "", withModule, "keep all folders of the host below DIR" },
     { Option::Lang, "lang", Takes::Word, "CODE", "us|de", withModule, "language of the names of types and roots" },

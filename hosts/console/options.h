@@ -10,9 +10,27 @@
 
 namespace vx3::console {
 
-enum class Verb { Roots, Ls, Stat, Tree, Mkdir, Rename, Move, Copy, Delete, Plugins, Icons, Prefs, Selfcheck, Completion, Help, None };
+enum class Verb {
+    Roots,
+    Ls,
+    Stat,
+    Tree,
+    Mkdir,
+    Rename,
+    Move,
+    Copy,
+    Delete,
+    Plugins,
+    Icons,
+    Prefs,
+    Script,
+    Selfcheck,
+    Completion,
+    Help,
+    None
+};
 
-enum class Option { Json, Sort, Reverse, Depth, DryRun, Yes, Trash, Names, Sheet, Man, Profile, Lang, Module, Help, Version };
+enum class Option { Json, Sort, Reverse, Depth, DryRun, Yes, Trash, Names, Sheet, Folder, Shot, Man, Profile, Lang, Module, Help, Version };
 
 // What an option or an argument is, for completion.
 enum class Takes { Nothing, Word, File, Folder, Place };

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <sys/stat.h>
 #include <unistd.h>
+#include <utility>
 #include <vector>
 
 namespace vx3::console {
@@ -93,7 +94,22 @@ Failure Session::Open(const Command& command)
     if (Failure failure = FindModule(command, moduleFile))
         return failure;
     host = std::make_unique<core::CoreHost>(SettingsOf(command));
-    if (!loader.Load(moduleFile) || !loader.Start(host->Table()))
+    return Start();
+}
+
+Failure Session::OpenWithWindows(const Command& command, const std::string& home)
+{
+    if (Failure failure = FindModule(command, moduleFile))
+        return failure;
+    core::HostSettings settings = SettingsOf(command);
+    settings.homeFolder = home;
+    windowed = std::make_unique<headless::HeadlessHost>(std::move(settings));
+    return Start();
+}
+
+Failure Session::Start()
+{
+    if (!loader.Load(moduleFile) || !loader.Start(&Host()))
         return { Exit::Damaged, "the module " + Quoted(moduleFile) + " cannot be used: " + Shown(loader.Error()) };
     const void* table = Host().registry->find(VX3_BROWSER_TABLE, VX3_BROWSER_VERSION, sizeof(VX3Browser));
     browser = static_cast<const VX3Browser*>(table);
@@ -104,12 +120,13 @@ Failure Session::Open(const Command& command)
 
 core::LiveObjects Session::Close()
 {
-    if (!host)
+    if (!host && !windowed)
         return {};
     browser = nullptr;
     loader.End();
-    core::LiveObjects left = host->CountLiveObjects();
+    core::LiveObjects left = Core().CountLiveObjects();
     loader.Unload();
+    windowed.reset();
     host.reset();
     return left;
 }

@@ -9,6 +9,7 @@
 
 #include "core/corehost.h"
 #include "core/moduleloader.h"
+#include "headless/headlesshost.h"
 #include "options.h"
 #include "outcome.h"
 #include "vx3/browser.h"
@@ -25,16 +26,22 @@ public:
 
     // Starts the host with the command's settings, loads the module and finds its table.
     Failure Open(const Command& command);
+    // The same with windows that nobody sees, for a user whose home folder is `home`.
+    Failure OpenWithWindows(const Command& command, const std::string& home);
     // Ends the module, then the host. Answers what the module still held of the host.
     core::LiveObjects Close();
 
-    core::CoreHost& Core() const { return *host; }
-    const VX3Host& Host() const { return *host->Table(); }
+    core::CoreHost& Core() const { return windowed ? windowed->Core() : *host; }
+    const VX3Host& Host() const { return windowed ? *windowed->Table() : *host->Table(); }
+    headless::HeadlessGui& Gui() const { return windowed->Gui(); } // only with windows
     const VX3Browser& Browser() const { return *browser; }
     const std::string& ModuleFile() const { return moduleFile; }
 
 private:
-    std::unique_ptr<core::CoreHost> host;
+    Failure Start();
+
+    std::unique_ptr<core::CoreHost> host; // one of these two
+    std::unique_ptr<headless::HeadlessHost> windowed;
     core::ModuleLoader loader;
     const VX3Browser* browser = nullptr;
     std::string moduleFile;

@@ -24,6 +24,7 @@ int RunPrefs(const Command& command, Session& session);
 // Draws all icons into a PNG file.
 Failure SaveIconSheet(const Session& session, const std::string& file);
 
+int RunScript(Command command);           // opens a session of its own, with windows
 int RunSelfcheck(const Command& command); // opens sessions of its own
 int RunCompletion(const Command& command);
 int RunHelp(const Command& command);
