@@ -169,10 +169,17 @@ QColor QtToolkit::FrameColour() const
 void QtToolkit::DrawFrame(QPainter& painter, const QRect& place, bool hasFocus) const
 {
     const QColor colour = hasFocus ? QApplication::palette().color(QPalette::Active, QPalette::Highlight) : FrameColour();
-    painter.fillRect(QRect(place.left(), place.top(), place.width(), 1), colour);
-    painter.fillRect(QRect(place.left(), place.bottom(), place.width(), 1), colour);
-    painter.fillRect(QRect(place.left(), place.top(), 1, place.height()), colour);
-    painter.fillRect(QRect(place.right(), place.top(), 1, place.height()), colour);
+    const QTransform whole = painter.deviceTransform();
+    const QRectF exact = whole.mapRect(QRectF(place));
+    const QRect dots(QPoint(qRound(exact.left()), qRound(exact.top())), QPoint(qRound(exact.right()) - 1, qRound(exact.bottom()) - 1));
+    const int thickness = std::max(1, static_cast<int>(whole.m11()));
+    painter.save();
+    painter.setWorldTransform(whole.inverted() * painter.worldTransform()); // all four lines as thick as each other
+    painter.fillRect(dots.left(), dots.top(), dots.width(), thickness, colour);
+    painter.fillRect(dots.left(), dots.bottom() + 1 - thickness, dots.width(), thickness, colour);
+    painter.fillRect(dots.left(), dots.top(), thickness, dots.height(), colour);
+    painter.fillRect(dots.right() + 1 - thickness, dots.top(), thickness, dots.height(), colour);
+    painter.restore();
 }
 
 void QtToolkit::DrawFocus(QPainter& painter, const QRect& place) const

@@ -73,6 +73,7 @@ void StudioDocks::SetDocked(Dialog& window, bool wanted)
     Standing* standing = Find(window);
     if (!standing || !standing->frame || wanted == IsDocked(window))
         return;
+    const QPointer<QWidget> focus = standing->frame->focusWidget();
     if (wanted) {
         PutIntoDock(*standing);
     } else {
@@ -81,6 +82,8 @@ void StudioDocks::SetDocked(Dialog& window, bool wanted)
         standing->frame->setGeometry(place);
         standing->frame->show();
     }
+    if (focus)
+        focus->setFocus();
     docksFirst = HasDocked();
     Changed();
 }
