@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "core/values.h"
 #include "testing/testhost.h"
 #include "vx3/browser.h"
@@ -209,6 +211,17 @@ TEST(Life, VolumesAreAnnounced)
 // behind, no call outside its time.
 class FailingLife : public ::testing::TestWithParam<std::tuple<FailClass, Failing>>
 {
+protected:
+    FailingLife() { std::filesystem::current_path(folder); }
+    ~FailingLife() override
+    {
+        std::filesystem::current_path(before);
+        std::filesystem::remove_all(folder);
+    }
+
+private:
+    const std::filesystem::path before = std::filesystem::current_path();
+    const std::filesystem::path folder = MakeTemporaryFolder();
 };
 
 TEST_P(FailingLife, LeavesNothingBehind)
@@ -230,6 +243,8 @@ TEST_P(FailingLife, LeavesNothingBehind)
     RecordProperty("runs", std::to_string(runs));
     EXPECT_GT(runs, kind == FailClass::Memory ? 200 : 1);
     life.ExpectNothingLeft();
+    // A path that could not be copied is empty, and a name put behind it would be made here.
+    EXPECT_TRUE(std::filesystem::is_empty(std::filesystem::current_path()));
 }
 
 INSTANTIATE_TEST_SUITE_P(EveryCall, FailingLife,

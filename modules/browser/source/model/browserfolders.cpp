@@ -47,8 +47,8 @@ bool MakeWithParents(const FilePath& path)
 
 void MakeSubfolder(const FilePath& folder, const char* name)
 {
-    FilePath path(folder);
-    if (path.Append(name))
+    FilePath path(folder); // empty without memory: a name alone would lie in the working folder
+    if (!path.IsEmpty() && path.Append(name))
         (void)ExistsOrMade(path);
 }
 
