@@ -31,8 +31,6 @@ struct Input {
     std::u16string text;
 };
 
-struct SavedLayout; // of all windows, kept by the owner across runs
-
 class Desk
 {
 public:

@@ -1,7 +1,5 @@
 #include "gui/gadgetbuilding.h"
 
-#include <set>
-
 #include "core/hoststate.h"
 #include "core/registry.h"
 #include "core/resources.h"

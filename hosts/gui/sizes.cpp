@@ -1,7 +1,6 @@
 #include "gui/sizes.h"
 
 #include <algorithm>
-#include <set>
 
 #include "gui/dialoglife.h"
 #include "gui/gadgettree.h"
