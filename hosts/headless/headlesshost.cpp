@@ -28,10 +28,22 @@ const VX3Host* HeadlessGui::Over(const VX3Host* base)
     return &table;
 }
 
+// The state of a program ends with the pointer's shape, if that is not the usual one.
+void HeadlessGui::AddCursor(gui::ScriptProgram& program)
+{
+    if (!program.dump)
+        return;
+    program.dump = [this, dump = std::move(program.dump)](const std::string& what) {
+        return dump(what) + (what == "state" ? toolkit.DescribeCursor() : std::string());
+    };
+}
+
 std::string HeadlessGui::RunScript(const std::string& text, gui::ScriptProgram program, std::function<void(const std::string& line)> output)
 {
     ScriptedUser& user = toolkit.User();
+    user = {};
     toolkit.SetFolder(program.folder);
+    AddCursor(program);
     gui::Script script(desk, driver, std::move(program));
     std::string error;
     if (!script.Parse(text, error))

@@ -33,6 +33,8 @@ public:
     std::string RunScript(const std::string& text, gui::ScriptProgram program, std::function<void(const std::string& line)> output);
 
 private:
+    void AddCursor(gui::ScriptProgram& program);
+
     VX3Host table = {};
     HeadlessToolkit toolkit;
     gui::Desk desk;

@@ -41,7 +41,7 @@ public:
     ScriptedUser& User() { return user; }
     WindowStack& Windows() { return windows; }
     FixedFont& Font();
-    std::string DescribeState() const; // pointer, cursor, keys: a line each
+    std::string DescribeCursor() const; // what the pointer looks like, a line; empty if as usual
 
     // The user's hand. A point is of the screen.
     void HoldKeys(uint32_t qualifiers) { heldKeys = qualifiers; }

@@ -17,6 +17,18 @@ uint32_t ButtonBit(int32_t channel)
     return 1u << channel;
 }
 
+const char* NameOfCursor(int32_t shape)
+{
+    switch (shape) {
+    case VX3_CURSOR_NORMAL: return "normal";
+    case VX3_CURSOR_BUSY: return "busy";
+    case VX3_CURSOR_REFUSED: return "refused";
+    case VX3_CURSOR_COPY: return "copy";
+    case VX3_CURSOR_ACCEPT: return "accept";
+    default: return "unknown";
+    }
+}
+
 gui::Point ToScreen(const gui::Gadget& gadget, gui::Point inGadget)
 {
     return InsideCornerOf(gadget.dialog->Window()) + gui::PlaceInWindow(gadget).Corner() + inGadget;
@@ -74,6 +86,13 @@ uint32_t HeadlessToolkit::PointerState(gui::Point& screen)
 {
     screen = pointer;
     return heldButtons;
+}
+
+// That of a drag goes before that of the module.
+std::string HeadlessToolkit::DescribeCursor() const
+{
+    const int32_t shape = dragCursor ? dragCursor : cursor;
+    return shape == VX3_CURSOR_NORMAL ? std::string() : std::string("cursor ") + NameOfCursor(shape) + "\n";
 }
 
 // Nested operations.

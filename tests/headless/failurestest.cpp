@@ -48,7 +48,6 @@ TEST_F(FailuresTest, AreToldWithTheirLine)
     gallery.reset();
     for (const FailureCase& row : cases) {
         // A life of its own for each, since a failure ends the script in the middle of something.
-        gui.GetToolkit().User() = {};
         gallery.emplace(table);
         const std::string printed = Play(std::string("open\n") + row.script);
         EXPECT_NE(printed.find("FAILED: " + std::string(row.failure)), printed.npos) << row.name << "\n" << printed;

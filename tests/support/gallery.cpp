@@ -238,6 +238,10 @@ bool Gallery::Do(int32_t deed)
         gui.area->post(dropArea.Handle(), postedCode);
         gui.area->post(dropArea.Handle(), postedCode); // waits already
         break;
+    case GalleryDeed::ToggleBusy:
+        isBusy = !isBusy;
+        gui.menu->setCursor(isBusy ? VX3_CURSOR_BUSY : VX3_CURSOR_NORMAL);
+        break;
     default: return false;
     }
     return true;

@@ -72,7 +72,8 @@ enum class GalleryDeed : int32_t {
     RefuseClose = 10,   // from here on, and no more the second time
     CloseFromModule = 11,
     FocusArea = 12,
-    PostToSelf = 13 // to the dialog and to an area
+    PostToSelf = 13, // to the dialog and to an area
+    ToggleBusy = 14  // the shape of the pointer
 };
 
 class Gallery
@@ -150,6 +151,7 @@ private:
     VX3Thread* thread = nullptr;
     bool refusesClose = false;
     bool isButtonShown = true;
+    bool isBusy = false;
     int32_t ticks = 0;
 };
 
