@@ -1,6 +1,6 @@
 #include "support/gallery.h"
 
-#include <array>
+#include <chrono>
 
 namespace vx3::tests {
 
@@ -277,8 +277,11 @@ void Gallery::RebuildFields()
     gui.gadget->update(window.handle, idFieldPage);
 }
 
+// Works for a while first, so that whoever waits for it must really wait.
 void Gallery::PostMessage(void* object)
 {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(30);
+    while (std::chrono::steady_clock::now() < end) { }
     static_cast<Gallery*>(object)->host.message->postCore(coreMessage, 42, -7, nullptr);
 }
 
