@@ -12,6 +12,7 @@
 #include "nodes/directorynode.h"
 #include "services/preferences.h"
 #include "services/resources.h"
+#include "ui/folderposition.h"
 #include "ui/iconservice.h"
 #include "ui/windowregistry.h"
 #include "vx3/entry.h"
@@ -177,6 +178,7 @@ void PluginEnd()
     FreeContentModel();
     FreeIconCache();
     ForgetLibraries();
+    ForgetFolderPositions();
     ForgetPreferences();
     run = {};
 }

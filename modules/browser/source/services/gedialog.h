@@ -6,6 +6,7 @@
 // then answers false, zero or an empty text. Without a GUI section none ever opens.
 #pragma once
 
+#include "services/allocation.h"
 #include "services/basecontainer.h"
 #include "services/geometry.h"
 #include "services/hostbitmap.h"
@@ -21,6 +22,7 @@ class DialogBase
 public:
     DialogBase() = default;
     virtual ~DialogBase();
+    static void operator delete(void* block) { HostFree(block); }
     DialogBase(const DialogBase&) = delete;
     DialogBase& operator=(const DialogBase&) = delete;
 

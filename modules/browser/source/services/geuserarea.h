@@ -59,6 +59,7 @@ class GeUserArea
 public:
     GeUserArea() = default;
     virtual ~GeUserArea();
+    static void operator delete(void* block) { HostFree(block); }
     GeUserArea(const GeUserArea&) = delete;
     GeUserArea& operator=(const GeUserArea&) = delete;
 

@@ -15,6 +15,7 @@ public:
     using Row = void*;
 
     virtual ~TreeViewFunctions() = default;
+    static void operator delete(void* block) { HostFree(block); }
 
     bool AttachTo(DialogBase& dialog, int32_t gadget);
     bool Refresh();        // asks for all rows again; after every change of the tree

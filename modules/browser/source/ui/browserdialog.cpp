@@ -122,7 +122,7 @@ void BrowserDialog::GoUp()
     NodeRef parent;
     if (currentNode)
         currentNode->GetParent(parent);
-    if (!parent || parent.Get() == contentTree.tree)
+    if (!parent)
         return;
     ShowNode(ToContent(parent), currentNode);
 }

@@ -33,7 +33,6 @@ class BrowserDialog final : public GeDialog, public PaneWindow
 public:
     BrowserDialog();
     ~BrowserDialog() override;
-    static void operator delete(void* block) { HostFree(block); }
 
     // Going.
     void GoTo(ContentRef node, const Going& going = {}); // none: the root view
