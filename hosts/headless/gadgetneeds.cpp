@@ -45,12 +45,20 @@ gui::Size NeedOfButton(const gui::Gadget& gadget)
     return { std::max(leastButton, WidthOfText(gadget.text) + 2 * buttonMargin), fieldHeight };
 }
 
+// A sign that a host draws as large as this is meant for fine screens, and takes the room of an icon.
+constexpr int sideOfFineSigns = 128;
+
+gui::Size SizeOfPicture(const gui::Picture& picture)
+{
+    if (!picture)
+        return {};
+    const gui::Size size = { core::BitmapServices()->width(picture.Get()), core::BitmapServices()->height(picture.Get()) };
+    return size.width < sideOfFineSigns ? size : gui::Size{ iconSize, iconSize };
+}
+
 gui::Size NeedOfBitmapButton(const gui::Gadget& gadget)
 {
-    gui::Size size = { iconSize, iconSize };
-    for (const gui::Picture* picture : { &gadget.normal, &gadget.second })
-        if (*picture)
-            size = size.Widened({ core::BitmapServices()->width(picture->Get()), core::BitmapServices()->height(picture->Get()) });
+    const gui::Size size = gui::Size{ iconSize, iconSize }.Widened(SizeOfPicture(gadget.normal)).Widened(SizeOfPicture(gadget.second));
     return { size.width + 2 * pictureMargin, size.height + 2 * pictureMargin };
 }
 
