@@ -73,7 +73,10 @@ void GoToStart(BrowserDialog& window)
 {
     BrowserURL url;
     GetStartUrl(url);
-    (void)window.GoToUrl(url);
+    if (url.HasContent())
+        (void)window.GoToUrl(url);
+    else
+        window.GoTo(ContentRef());
 }
 
 bool CanGoUp(BrowserDialog& window)

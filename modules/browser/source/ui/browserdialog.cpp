@@ -26,6 +26,8 @@ BrowserDialog::~BrowserDialog()
 
 void BrowserDialog::GoTo(ContentRef node, const Going& going)
 {
+    if (wasClosed)
+        return;
     TakeTitle(going);
     compact = compact || going.compact;
     if (!(node == currentNode))
@@ -38,7 +40,6 @@ void BrowserDialog::GoTo(ContentRef node, const Going& going)
     if (going.force)
         ReadAgain();
     folderDialog.SetNode(currentNode, going.force, going.select, going.viewMode);
-    LookForChanges();
 }
 
 void BrowserDialog::TakeTitle(const Going& going)
@@ -53,11 +54,14 @@ void BrowserDialog::TakeTitle(const Going& going)
 void BrowserDialog::SetCurrentNode(ContentRef node)
 {
     if (!(node == currentNode)) {
-        WatchNode(node);
-        UnwatchNode(currentNode);
+        const bool watches = WatchNode(node);
+        if (isWatching)
+            UnwatchNode(currentNode);
+        isWatching = watches;
     }
     currentNode = std::move(node);
-    announcedFor.store(currentNode.Get(), std::memory_order_relaxed);
+    const RTreeNode* rootView = wasClosed ? nullptr : contentTree.tree;
+    announcedFor.store(currentNode ? currentNode.Get() : rootView, std::memory_order_relaxed);
     currentDate = {};
     currentUrl = BrowserURL();
     if (!currentNode)
@@ -78,19 +82,6 @@ void BrowserDialog::ReadAgain()
     if (DirectoryNode* folder = AsDirectory(currentNode.Get()))
         folder->MarkDirty();
     currentNode->Populate();
-}
-
-// The pane shows what was known of the folder. If it has changed since, as nobody watched,
-// the next tick shows the rest.
-void BrowserDialog::LookForChanges()
-{
-    DirectoryNode* folder = AsDirectory(currentNode.Get());
-    if (!folder || !folder->CanHoldChildren())
-        return;
-    RemoveIfGone(*folder);
-    const int64_t shown = folder->Generation();
-    if (folder->Populate() != shown)
-        reloadPane.store(true, std::memory_order_relaxed);
 }
 
 void BrowserDialog::ShowPossibleSteps()
@@ -253,11 +244,31 @@ void BrowserDialog::ActivateGadget(int32_t id)
 
 // --- Announcements ---
 
+void BrowserDialog::NodeChanged(const ContentRef& node)
+{
+    if (node && announcedFor.load(std::memory_order_relaxed) == node.Get())
+        events.Post(BrowserEvent::Type::ClearSelection, NodeRef(node));
+}
+
+void BrowserDialog::NodeChangedWithChild(const ContentRef& child, const RTreeNode* parent)
+{
+    if (child && announcedFor.load(std::memory_order_relaxed) == parent)
+        events.Post(BrowserEvent::Type::Select, NodeRef(child));
+}
+
+void BrowserDialog::ChildLeft(const ContentRef& child, const RTreeNode* parent)
+{
+    if (child && announcedFor.load(std::memory_order_relaxed) == parent)
+        events.Post(BrowserEvent::Type::Deselect, NodeRef(child));
+}
+
+// What changed was changed before this: the refresh that follows the flag sees it.
 void BrowserDialog::NodeListChanged(const RTreeNode* node, const RTreeNode* parent)
 {
     const RTreeNode* shown = announcedFor.load(std::memory_order_relaxed);
-    if (shown && (node == shown || parent == shown))
-        reloadAll.store(true, std::memory_order_relaxed);
+    const RTreeNode* above = parent ? parent : contentTree.tree;
+    if (shown && (node == shown || above == shown))
+        reloadAll.store(true, std::memory_order_release);
 }
 
 bool BrowserDialog::HasWork()

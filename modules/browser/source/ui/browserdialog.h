@@ -40,7 +40,7 @@ public:
     void ShowNode(ContentRef node, ContentRef select) override;
     bool GoBack() override { return Step(BrowserHistory::Direction::Back); }
     bool GoForward() override { return Step(BrowserHistory::Direction::Forward); }
-    void GoUp();     // to the parent node
+    void GoUp();      // to the parent node
     void GoUpByUrl(); // to the folder of the URL, at last to the root view
     void Rescan();
     void ShowHistoryMenu(BrowserHistory::Direction direction);
@@ -64,8 +64,12 @@ public:
     // For scripts and tests: list, history, menu or state, a line for each fact. False for another word.
     bool Describe(const char* what, String& text);
 
-    // Announcements. Any thread.
-    void NodeListChanged(const RTreeNode* node, const RTreeNode* parent); // compared, not followed
+    // Announcements. Any thread. A node is compared and not followed; an event for another folder
+    // than the one shown is none.
+    void NodeChanged(const ContentRef& node);                                    // nothing stays selected
+    void NodeChangedWithChild(const ContentRef& child, const RTreeNode* parent); // it stands selected
+    void ChildLeft(const ContentRef& child, const RTreeNode* parent);            // it does not any more
+    void NodeListChanged(const RTreeNode* node, const RTreeNode* parent);        // compared, not followed
 
 protected:
     bool CreateLayout() override;
@@ -87,7 +91,6 @@ private:
     void TakeTitle(const Going& going);
     void RememberPlace();
     void ReadAgain();
-    void LookForChanges();
     void ShowPossibleSteps();
     void GoToPlace(int32_t place);
     void GoToHome();
@@ -110,7 +113,9 @@ private:
     void StoreSize(const BaseContainer& message);
     void RestoreFrom(const BaseContainer& message);
     void SaveInto(BaseContainer& result);
+    ContentRef NodeOfStored() const;
     void ResolveStored();
+    void TakeFocus();
 
     BrowserHistory history;
     FolderContentDialog folderDialog;
@@ -126,11 +131,13 @@ private:
     bool fixedUrl = false;     // which gave the URL too: it is not remembered as the last place
     bool compact = false;
     bool singleClick = false;
+    bool isWatching = false; // the current node
+    bool wasClosed = false;  // and takes no node any more
     int32_t handling = 0;
 
     // Each only says that something happened, and the timer looks what. A change that is lost
     // is told by the next one.
-    std::atomic<const RTreeNode*> announcedFor = nullptr; // the current node, for other threads to compare
+    std::atomic<const RTreeNode*> announcedFor = nullptr; // what is shown: a node, the tree for the root view, or none
     std::atomic<bool> reloadAll = false;
     std::atomic<bool> reloadPane = false;
 };

@@ -1,10 +1,12 @@
 // How a window is laid out, its menu, and what it hears of the host.
 
 #include "model/urlresolver.h"
+#include "nodes/directorynode.h"
 #include "services/preferences.h"
 #include "services/resources.h"
 #include "ui/browserdialog.h"
 #include "ui/browsergadgets.h"
+#include "ui/watchset.h"
 #include "ui/windowregistry.h"
 
 namespace browser {
@@ -61,6 +63,8 @@ bool BrowserDialog::RestoreWindow(int32_t slot)
 bool BrowserDialog::CreateLayout()
 {
     WindowHold hold(*this);
+    if (restoreNode)
+        folderDialog.SetNode(NodeOfStored(), false, ContentRef(), ViewMode::Unchanged);
     if (!LoadLayout(windowLayout) || !BuildPanes())
         return false;
     BuildMenu();
@@ -89,12 +93,18 @@ bool BrowserDialog::InitValues()
     return true;
 }
 
-void BrowserDialog::ResolveStored()
+ContentRef BrowserDialog::NodeOfStored() const
 {
-    restoreNode = false;
     BrowserURL url = currentUrl;
     ContentRef node;
     FindNodeByUrl(url, FindPlain, ContentRef(), node);
+    return node;
+}
+
+void BrowserDialog::ResolveStored()
+{
+    restoreNode = false;
+    ContentRef node = NodeOfStored();
     if (node)
         node->Populate();
     Going going;
@@ -105,10 +115,10 @@ void BrowserDialog::ResolveStored()
 void BrowserDialog::DestroyWindow()
 {
     ForgetActiveDialog(this);
+    wasClosed = true;
     BrowserURL url = currentUrl;
     SetCurrentNode(ContentRef());
     currentUrl = url;
-    restoreNode = true;
 }
 
 // --- Menu ---
@@ -194,13 +204,22 @@ bool BrowserDialog::Message(int32_t code, const BaseContainer& message, BaseCont
     WindowHold hold(*this);
     switch (code) {
     case VX3_GUI_NAME: (void)result.SetText(VX3_KEY_NAME, String(resourceName)); return true;
-    case VX3_GUI_FOCUS_GOT: SetActiveDialog(this); return true;
+    case VX3_GUI_FOCUS_GOT: TakeFocus(); return true;
     case VX3_GUI_KEY: return TakeKey(message);
     case VX3_GUI_WINDOW_SIZE: StoreSize(message); return true;
     case VX3_GUI_LAYOUT_RESTORE: RestoreFrom(message); return true;
     case VX3_GUI_LAYOUT_SAVE: SaveInto(result); return true;
     default: return false;
     }
+}
+
+// Folders above the one that is shown are not watched: the user has come back from where he
+// may have renamed one.
+void BrowserDialog::TakeFocus()
+{
+    SetActiveDialog(this);
+    if (DirectoryNode* folder = AsDirectory(currentNode.Get()))
+        RemoveIfGone(*folder);
 }
 
 // Comes only when no gadget wanted the key.

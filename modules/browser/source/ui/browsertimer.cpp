@@ -10,7 +10,7 @@ void BrowserDialog::Timer()
 {
     WindowHold hold(*this);
     DrainEvents();
-    if (reloadAll.exchange(false, std::memory_order_relaxed)) {
+    if (reloadAll.exchange(false, std::memory_order_acq_rel)) {
         reloadPane.store(false, std::memory_order_relaxed);
         folderDialog.Refresh();
         UpdateSelectionPanes(false);
@@ -18,7 +18,7 @@ void BrowserDialog::Timer()
     }
     if (currentNode && currentNode->IsRemoved())
         return LeaveRemovedNode();
-    if (reloadPane.exchange(false, std::memory_order_relaxed))
+    if (reloadPane.exchange(false, std::memory_order_acq_rel))
         folderDialog.Refresh();
 }
 

@@ -45,51 +45,65 @@ void ListAbove(BrowserContentNode& gone)
     above->GetFirstChild(child);
 }
 
-void NoteChange(void* user)
-{
-    ContentRef node = static_cast<WatchedNode*>(user)->node; // a copy: the watch may end meanwhile
-    DirectoryNode& folder = *AsDirectory(node.Get());
-    folder.MarkDirty();
-    RemoveIfGone(folder);
-    NotifyChanged(std::move(node));
-}
+void NoteChange(void* user);
 
+// Watch first, and list then: what happens in between is not missed.
 void StartWatch(WatchedNode& entry)
 {
     FilePath path;
     DirectoryNode* folder = AsDirectory(entry.node.Get());
-    if (folder && folder->CanHoldChildren() && host->folder->watch && folder->ReadPath(path))
+    if (!folder || !folder->CanHoldChildren() || !folder->ReadPath(path))
+        return;
+    if (host->folder->watch)
         entry.watch = host->folder->watch(path.Value(), NoteChange, &entry);
+    folder->MarkDirty();
+    if (!entry.watch)
+        RemoveIfGone(*folder);
+}
+
+void EndWatch(WatchedNode& entry)
+{
+    if (entry.watch)
+        host->folder->unwatch(entry.watch);
+    entry.watch = nullptr;
+}
+
+// The watch goes with the folder of the disk; what has its name now may be another one.
+void NoteChange(void* user)
+{
+    auto& entry = *static_cast<WatchedNode*>(user);
+    ContentRef node = entry.node; // the entry may end in what follows
+    EndWatch(entry);
+    StartWatch(entry);
+    NotifyChanged(std::move(node));
 }
 
 void FreeEntry(WatchedNode* entry)
 {
-    if (entry->watch)
-        host->folder->unwatch(entry->watch);
+    EndWatch(*entry);
     Destroy(entry);
 }
 
 } // namespace
 
-void WatchNode(const ContentRef& node)
+bool WatchNode(const ContentRef& node)
 {
-    if (!node)
-        return;
     if (!watched)
         watched = Make<Array<WatchedNode*>>()();
-    if (!watched)
-        return; // Without memory nothing is watched.
+    if (!node || !watched)
+        return false;
     const size_t place = PlaceOf(node);
     if (place < watched->Count()) {
         (*watched)[place]->watchers++;
-        return;
+        return true;
     }
     auto* entry = Make<WatchedNode>()(WatchedNode{ node });
     if (!entry || !watched->Append(entry)) {
         Destroy(entry);
-        return;
+        return false;
     }
     StartWatch(*entry);
+    return true;
 }
 
 void UnwatchNode(const ContentRef& node)

@@ -9,8 +9,10 @@
 
 namespace browser {
 
-// None is allowed. Every Watch is ended by one Unwatch of the same node.
-void WatchNode(const ContentRef& node);
+// From here on changes are told; a folder that nobody watched before is listed anew when its
+// children are asked for next. None is allowed. If it is true, one Unwatch of the same node
+// ends it; false only without memory.
+[[nodiscard]] bool WatchNode(const ContentRef& node);
 void UnwatchNode(const ContentRef& node);
 void ForgetWatches(); // at the end of the module
 

@@ -3,6 +3,7 @@
 #include "model/contenttree.h"
 #include "model/urlresolver.h"
 #include "services/guitools.h"
+#include "services/preferences.h"
 #include "ui/browserdialog.h"
 #include "ui/watchset.h"
 
@@ -71,7 +72,19 @@ bool OpenInSlot(int32_t slot, ContentRef node)
         node = ToContent(parent);
     }
     window->GoTo(std::move(node), going);
-    return window->OpenWindow(slot);
+    if (window->OpenWindow(slot))
+        return true;
+    SetWindow(slot, nullptr);
+    return false;
+}
+
+ContentRef NodeOfStartUrl()
+{
+    BrowserURL url(GetPreferenceText(Preference::StartUrl));
+    ContentRef node;
+    if (url.HasContent())
+        FindNearestNode(url, node);
+    return node;
 }
 
 } // namespace
@@ -99,7 +112,13 @@ bool RestoreBrowserWindow(int32_t slot)
     if (!host->gui || slot < 0 || slot >= windowSlots || !IsFree(slot))
         return false;
     BrowserDialog* window = MakeWindow(slot);
-    return window && window->RestoreWindow(slot);
+    if (!window)
+        return false;
+    window->GoTo(NodeOfStartUrl());
+    if (window->RestoreWindow(slot))
+        return true;
+    SetWindow(slot, nullptr);
+    return false;
 }
 
 BrowserDialog* FindBrowserWindow(int32_t slot)
