@@ -248,6 +248,41 @@ TEST_F(Selection, AnchorAndFocusStayWithTheirNodes)
     }
 }
 
+// A folder may change under a drag: the mark goes with the entry that has it, and what is
+// selected at the end of the drag is what the user had selected.
+TEST_F(Selection, ADropTargetStaysWithItsNode)
+{
+    const struct {
+        const char* what;
+        const char* start;
+        int32_t target;
+        const char* next; // with the mark where a merge carries it
+        int32_t then;
+        const char* end;
+    } rows[] = {
+        { "an entry comes in front", "abC", 1, "xaBC", 2, "xabC" },
+        { "it moves up", "abC", 1, "BaC", 0, "baC" },
+        { "it goes, and another one stands there", "abC", 1, "aCd", EntrySelection::dropPane, "aCd" },
+        { "all go", "abC", 1, "", EntrySelection::dropPane, "" },
+        { "it is the pane", "abC", EntrySelection::dropPane, "xabC", EntrySelection::dropPane, "xabC" },
+        { "there is no drag", "abC", EntrySelection::dropNothing, "xabC", EntrySelection::dropNothing, "xabC" },
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        EntrySelection selection;
+        Fill(selection, row.start);
+        bool changed = false;
+        EXPECT_TRUE(selection.SetDropIndex(row.target, this, changed));
+        Entries next;
+        Fill(next, row.next);
+        selection.Install(next, 0);
+        EXPECT_EQ(selection.DropIndex(), row.then);
+        EXPECT_EQ(selection.DropOwner(), row.target == EntrySelection::dropNothing ? nullptr : this);
+        EXPECT_TRUE(selection.SetDropIndex(EntrySelection::dropNothing, nullptr, changed));
+        EXPECT_EQ(TextOf(selection.All()), row.end);
+    }
+}
+
 // The anchor was deselected before, and the only selected entry is gone now.
 TEST_F(Selection, AnAnchorWithoutASelectionGoesWithTheNextBlock)
 {

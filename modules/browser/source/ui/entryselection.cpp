@@ -171,13 +171,14 @@ void EntrySelection::Install(Entries& next, uint32_t changes)
 {
     const NodeRef anchor = GetNode(anchorIndex);
     const NodeRef focus = GetNode(focusIndex);
+    const NodeRef drop = GetNode(dropIndex);
     entries.Swap(next);
     places.Forget();
     generation++;
     // Only a change of what is selected is news: one more than the merge found.
     if (changes)
         changeCount += changes + 1;
-    Recount(anchor.Get(), focus.Get());
+    Recount(anchor.Get(), focus.Get(), drop.Get());
 }
 
 void EntrySelection::InstallNothing(Entries& old)
@@ -202,8 +203,9 @@ void EntrySelection::GiveNode(int32_t index, NodeRef node)
 
 // Kept: the visible range comes from the marks, with those that SetVisibleRange left
 // behind, and is told exactly by the next layout.
-void EntrySelection::Recount(const RTreeNode* anchor, const RTreeNode* focus)
+void EntrySelection::Recount(const RTreeNode* anchor, const RTreeNode* focus, const RTreeNode* drop)
 {
+    dropIndex = std::min(dropIndex, dropPane); // where the target has gone a drop is one on the pane
     anchorIndex = focusIndex = firstSelected = lastSelected = firstVisible = lastVisible = none;
     selectedCount = 0;
     for (int32_t i = 0; i < Count(); i++) {
@@ -220,6 +222,8 @@ void EntrySelection::Recount(const RTreeNode* anchor, const RTreeNode* focus)
             anchorIndex = i;
         if (focus && entry.node.Get() == focus)
             focusIndex = i;
+        if (drop && entry.node.Get() == drop)
+            dropIndex = i;
     }
     if (anchorIndex == none)
         anchorIndex = firstSelected;

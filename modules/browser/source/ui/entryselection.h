@@ -75,8 +75,8 @@ public:
     uint32_t ChangeCount() const { return changeCount; } // of what is selected
 
     // Puts other entries in place. `next` has the old ones afterwards, so that nodes can
-    // be released after the lock. Marks come with the new entries; anchor and focus stay
-    // with their nodes. `changes` is what a merge counted.
+    // be released after the lock. Marks come with the new entries; anchor, focus and drop
+    // target stay with their nodes. `changes` is what a merge counted.
     void Install(Entries& next, uint32_t changes);
     void InstallNothing(Entries& old); // where there was no memory for new ones
 
@@ -91,7 +91,7 @@ private:
     int32_t NextSelected(int32_t from, int32_t step) const;
     int32_t FindLastNode(const RTreeNode* node);
     bool HasIndex();
-    void Recount(const RTreeNode* anchor, const RTreeNode* focus);
+    void Recount(const RTreeNode* anchor, const RTreeNode* focus, const RTreeNode* drop);
 
     Entries entries;
     EntryIndex places; // of this generation, made when it is first needed
