@@ -15,12 +15,31 @@ namespace {
 
 using gui::Change;
 
+// A script chooses by value or by keys, with the list closed.
+class ComboBox final : public QComboBox
+{
+public:
+    ComboBox(QWidget* parent, const QtToolkit& ownToolkit)
+        : QComboBox(parent)
+        , toolkit(ownToolkit)
+    {
+    }
+    void showPopup() override
+    {
+        if (!toolkit.IsScripted())
+            QComboBox::showPopup();
+    }
+
+private:
+    const QtToolkit& toolkit;
+};
+
 class QtCombo final : public QtGadget
 {
 public:
     QtCombo(QtToolkit& ownToolkit, Gadget& ownGadget)
         : QtGadget(ownToolkit, ownGadget)
-        , combo(new QComboBox(Around()))
+        , combo(new ComboBox(Around(), ownToolkit))
     {
         combo->setEditable(gadget.Has(VX3_FLAG_EDIT));
         combo->setInsertPolicy(QComboBox::NoInsert);

@@ -6,12 +6,12 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPixmap>
 #include <QWheelEvent>
+#include <QWindow>
 
 #include "core/livecounts.h"
 #include "gui/menutext.h"
@@ -21,6 +21,15 @@
 #include "qtmenus.h"
 #include "qtsurface.h"
 #include "qtwindow.h"
+
+// What Qt's own test library sends events with: into the queue of the window system, so that
+// grabs, focus, double clicks and shortcuts come about as with a real mouse and keyboard.
+QT_BEGIN_NAMESPACE
+Q_GUI_EXPORT void qt_handleMouseEvent(QWindow* window, const QPointF& local, const QPointF& global, Qt::MouseButtons state,
+                                      Qt::MouseButton button, QEvent::Type type, Qt::KeyboardModifiers modifiers, int timestamp);
+Q_GUI_EXPORT void qt_handleKeyEvent(QWindow* window, QEvent::Type type, int key, Qt::KeyboardModifiers modifiers, const QString& text,
+                                    bool isRepeated, ushort count);
+QT_END_NAMESPACE
 
 namespace vx3::desktop {
 
@@ -34,20 +43,8 @@ constexpr int settleStep = 50;
 constexpr int settleTime = 1000;
 constexpr int settleRounds = 30;
 constexpr int quietLooks = 4;
+constexpr int mostTurns = 100;                      // of the main loop, until a window is in front
 constexpr auto patience = std::chrono::seconds(20); // of real time, for one round
-
-// Through the queue, in front of nothing: what waits there already has its turn first.
-void Post(QWidget& widget, QEvent* event)
-{
-    QPointer<QWidget> alive = &widget;
-    QCoreApplication::sendPostedEvents();
-    if (!alive) {
-        delete event;
-        return;
-    }
-    QCoreApplication::postEvent(alive, event);
-    QCoreApplication::sendPostedEvents(alive, event->type());
-}
 
 std::string NameOf(const Gadget& gadget)
 {
@@ -167,51 +164,51 @@ void QtDriver::Activate(Dialog& window)
     if (QApplication::activeWindow() == top)
         return;
     top->activateWindow();
-    QApplication::setActiveWindow(top); // at once, whatever the window manager thinks
+    for (int turn = 0; turn < mostTurns && QApplication::activeWindow() != top; ++turn)
+        Turn();
+}
+
+void QtDriver::SendMouse(QEvent::Type type, QPoint screen, Qt::MouseButton button, uint32_t qualifiers)
+{
+    if (pointed && type == QEvent::MouseMove && screen == pointer) // no move for the window system, but one for a script
+        QCoreApplication::postEvent(pointed,
+                                    new QMouseEvent(type, pointed->mapFromGlobal(screen), screen, button, held, ModifiersOf(qualifiers)));
+    else if (pointed)
+        qt_handleMouseEvent(pointed, pointed->mapFromGlobal(screen), screen, held, button, type, ModifiersOf(qualifiers), time);
+    pointer = screen;
+    QCoreApplication::processEvents();
     Turn();
 }
 
-void QtDriver::SendMouse(QEvent::Type type, const Spot& spot, Qt::MouseButton button, uint32_t qualifiers)
+void QtDriver::Press(Gadget& gadget, Point at, Qt::MouseButton button, uint32_t qualifiers, bool isDouble)
 {
-    QWidget* target = grabber ? grabber.data() : spot.widget;
-    if (!target)
+    constexpr int longAgo = 10000; // ms: no double click with the press before
+    if (!CanUse(gadget))
         return;
-    const QPointF inside = target->mapFromGlobal(spot.screen);
-    Post(*target, new QMouseEvent(type, inside, spot.screen, spot.screen, button, held, ModifiersOf(qualifiers)));
+    Activate(gadget.dialog->Window());
+    const Spot spot = SpotOf(gadget, at);
+    if (!spot.widget)
+        return user.Fail("the point " + std::to_string(at.x) + " " + std::to_string(at.y) + " of " + NameOf(gadget) + " is not to be seen");
+    pointed = spot.widget->window()->windowHandle();
+    time += isDouble ? 1 : longAgo;
+    held.setFlag(button, true);
+    SendMouse(QEvent::MouseButtonPress, spot.screen, button, qualifiers);
 }
 
 void QtDriver::Mouse(Gadget& gadget, Point at, int32_t channel, uint32_t qualifiers, bool isPressed, bool isDouble)
 {
     const Qt::MouseButton button = ButtonOf(channel);
-    if (isPressed && !grabber) {
-        if (!CanUse(gadget))
-            return;
-        Activate(gadget.dialog->Window());
-    }
-    const Spot spot = SpotOf(gadget, at);
-    if (isPressed && !grabber && !spot.widget)
-        return user.Fail("the point " + std::to_string(at.x) + " " + std::to_string(at.y) + " of " + NameOf(gadget) + " is not to be seen");
+    if (isPressed && held == Qt::NoButton)
+        return Press(gadget, at, button, qualifiers, isDouble);
     held.setFlag(button, isPressed);
-    if (isPressed && !grabber)
-        grabber = spot.widget;
-    const QPointer<QWidget> target = grabber;
-    if (!isPressed && held == Qt::NoButton) {
-        SendMouse(QEvent::MouseButtonRelease, spot, button, qualifiers);
-        if (grabber == target)
-            grabber = nullptr;
-    } else {
-        SendMouse(!isPressed     ? QEvent::MouseButtonRelease
-                      : isDouble ? QEvent::MouseButtonDblClick
-                                 : QEvent::MouseButtonPress,
-                  spot, button, qualifiers);
-    }
-    Turn();
+    SendMouse(isPressed ? QEvent::MouseButtonPress : QEvent::MouseButtonRelease, SpotOf(gadget, at).screen, button, qualifiers);
 }
 
 void QtDriver::MoveMouse(Gadget& gadget, Point at, uint32_t qualifiers)
 {
-    SendMouse(QEvent::MouseMove, SpotOf(gadget, at), Qt::NoButton, qualifiers);
-    Turn();
+    if (held == Qt::NoButton)
+        pointed = WindowOf(gadget.dialog->Window())->Frame()->QWidget::window()->windowHandle();
+    SendMouse(QEvent::MouseMove, SpotOf(gadget, at).screen, Qt::NoButton, qualifiers);
 }
 
 void QtDriver::Wheel(Gadget& gadget, Point at, int32_t value, uint32_t qualifiers)
@@ -220,8 +217,10 @@ void QtDriver::Wheel(Gadget& gadget, Point at, int32_t value, uint32_t qualifier
     if (!spot.widget)
         return user.Fail(NameOf(gadget) + " is not to be seen");
     const QPointF inside = spot.widget->mapFromGlobal(spot.screen);
-    Post(*spot.widget,
-         new QWheelEvent(inside, spot.screen, QPoint(), QPoint(0, value), held, ModifiersOf(qualifiers), Qt::NoScrollPhase, false));
+    const QPoint angle(0, value);
+    auto* event = new QWheelEvent(inside, spot.screen, QPoint(), angle, held, ModifiersOf(qualifiers), Qt::NoScrollPhase, false);
+    QCoreApplication::postEvent(spot.widget, event);
+    QCoreApplication::processEvents();
     Turn();
 }
 
@@ -229,19 +228,16 @@ void QtDriver::Wheel(Gadget& gadget, Point at, int32_t value, uint32_t qualifier
 
 void QtDriver::Key(Dialog& window, int32_t code, uint32_t qualifiers, const std::u16string& text)
 {
-    QWidget* frame = WindowOf(window)->Frame();
-    if (!grabber && !toolkit.GetPopupEdit().Field())
+    const bool isElsewhere = held != Qt::NoButton || toolkit.GetPopupEdit().Field();
+    if (!isElsewhere)
         Activate(window);
-    QWidget* target = toolkit.GetPopupEdit().Field();
-    if (!target)
-        target = QApplication::focusWidget();
-    if (!target || (target != frame && !frame->isAncestorOf(target)))
-        target = WindowOf(window)->Inside();
+    const QPointer<QWindow> target = WindowOf(window)->Frame()->QWidget::window()->windowHandle();
     const int key = code == VX3_KEY_TAB && (qualifiers & VX3_QUALIFIER_SHIFT) ? static_cast<int>(Qt::Key_Backtab) : KeyOf(code);
-    const QPointer<QWidget> alive = target;
-    Post(*target, new QKeyEvent(QEvent::KeyPress, key, ModifiersOf(qualifiers), ToQt(text)));
-    if (alive)
-        Post(*alive, new QKeyEvent(QEvent::KeyRelease, key, ModifiersOf(qualifiers), ToQt(text)));
+    for (QEvent::Type type : { QEvent::KeyPress, QEvent::KeyRelease }) {
+        if (target)
+            qt_handleKeyEvent(target, type, key, ModifiersOf(qualifiers), ToQt(text), false, 1);
+        QCoreApplication::processEvents();
+    }
     Turn();
 }
 
@@ -254,7 +250,7 @@ void QtDriver::Push(Gadget& gadget)
     const QWidget* widget = NativeOf(gadget)->FocusWidget();
     if (!widget->isEnabled())
         return user.Fail(NameOf(gadget) + " is disabled");
-    const Point middle = { widget->width() / 2, widget->height() / 2 };
+    const Point middle = ToPoint(widget->rect().center());
     Mouse(gadget, middle, VX3_CHANNEL_LEFT, 0, true, false);
     Mouse(gadget, middle, VX3_CHANNEL_LEFT, 0, false, false);
 }

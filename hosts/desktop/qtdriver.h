@@ -11,6 +11,7 @@
 #include <QEvent>
 #include <QPointer>
 #include <QWidget>
+#include <QWindow>
 
 #include "gui/script.h"
 #include "headless/scripteduser.h"
@@ -59,7 +60,8 @@ private:
 
     Spot SpotOf(Gadget& gadget, Point at) const;
     bool CanUse(Gadget& gadget);
-    void SendMouse(QEvent::Type type, const Spot& spot, Qt::MouseButton button, uint32_t qualifiers);
+    void Press(Gadget& gadget, Point at, Qt::MouseButton button, uint32_t qualifiers, bool isDouble);
+    void SendMouse(QEvent::Type type, QPoint screen, Qt::MouseButton button, uint32_t qualifiers);
     void Activate(Dialog& window);
     void Turn(); // of the main loop
     bool IsQuiet() const;
@@ -71,7 +73,9 @@ private:
     std::function<bool()> step;
     std::string folder;
     Qt::MouseButtons held;
-    QPointer<QWidget> grabber; // got the press, and gets all up to the release
+    QPointer<QWindow> pointed; // got the press, and gets all up to the release
+    QPoint pointer;            // on the screen
+    int time = 0;              // ms, as the events say
 };
 
 } // namespace vx3::desktop

@@ -3,11 +3,14 @@
 
 #include <QDateEdit>
 #include <QDoubleSpinBox>
+#include <QKeyEvent>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSignalBlocker>
 #include <QTextCursor>
 
+#include "headless/fixedfont.h"
+#include "headless/gadgetneeds.h"
 #include "qtgadget.h"
 #include "qttoolkit.h"
 
@@ -17,12 +20,45 @@ namespace {
 
 using gui::Change;
 
+// Enter is the field's; letters that a field cannot take are for the window.
+class Line final : public QLineEdit
+{
+public:
+    Line(QWidget* parent, const QtToolkit& ownToolkit)
+        : QLineEdit(parent)
+        , toolkit(ownToolkit)
+    {
+    }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override
+    {
+        QLineEdit::keyPressEvent(event);
+        const bool isLetter = !event->text().isEmpty() && event->text()[0].isPrint();
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter)
+            event->accept();
+        else if (isReadOnly() && isLetter && !(event->modifiers() & Qt::ControlModifier))
+            event->ignore();
+    }
+    // For a script letters are as wide as in a host without a screen.
+    void mousePressEvent(QMouseEvent* event) override
+    {
+        QLineEdit::mousePressEvent(event);
+        const int inText = qRound(event->position().x()) - headless::textMargin + headless::cellWidth / 2;
+        if (toolkit.IsScripted())
+            setCursorPosition(std::max(0, inText) / headless::cellWidth);
+    }
+
+private:
+    const QtToolkit& toolkit;
+};
+
 class QtEdit final : public QtGadget
 {
 public:
     QtEdit(QtToolkit& ownToolkit, Gadget& ownGadget)
         : QtGadget(ownToolkit, ownGadget)
-        , edit(new QLineEdit(Around()))
+        , edit(new Line(Around(), ownToolkit))
     {
         edit->setReadOnly(gadget.Has(VX3_FLAG_READ_ONLY));
         Own(edit);
@@ -35,9 +71,11 @@ public:
     {
         QtGadget::Show(change);
         if (edit->text() == Text())
-            return; // the cursor stays where the user has it
+            return;
         const QSignalBlocker blocker(edit);
+        const int cursor = edit->cursorPosition(); // it stays where the user has it
         edit->setText(Text());
+        edit->setCursorPosition(std::min(cursor, static_cast<int>(Text().size())));
     }
     void SelectText(int from, int count) override
     {
@@ -83,7 +121,9 @@ public:
         if (edit->toPlainText() == Text())
             return;
         const QSignalBlocker blocker(edit);
+        const int position = edit->textCursor().position();
         edit->setPlainText(Text());
+        SelectText(std::min(position, static_cast<int>(Text().size())), 0);
     }
     void SelectText(int from, int count) override
     {

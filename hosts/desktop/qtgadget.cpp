@@ -1,5 +1,7 @@
 #include "qtgadget.h"
 
+#include <QApplication>
+
 #include "qttoolkit.h"
 #include "qtwindow.h"
 
@@ -45,9 +47,7 @@ QtGadget::~QtGadget()
     widget->disconnect();
     for (QWidget* inner : widget->findChildren<QWidget*>())
         inner->disconnect();
-    if (QWidget* focused = widget->focusWidget(); focused && (focused == widget || widget->isAncestorOf(focused)))
-        focused->clearFocus();
-    widget->hide();
+    ShowWidget(*widget, false);
     widget->deleteLater();
 }
 
@@ -111,7 +111,16 @@ void QtGadget::PlaceAt(const QRect& place)
     if (!widget)
         return;
     widget->setGeometry(place);
-    widget->setVisible(isVisible);
+    ShowWidget(*widget, isVisible);
+}
+
+// What has the focus and is hidden leaves it to the window, and not to whatever stands next.
+void QtGadget::ShowWidget(QWidget& shown, bool wanted)
+{
+    const QWidget* focused = QApplication::focusWidget();
+    if (!wanted && focused && (focused == &shown || shown.isAncestorOf(focused)))
+        WindowOf(gadget.dialog->Window())->Inside()->setFocus();
+    shown.setVisible(wanted);
 }
 
 std::unique_ptr<QtGadget> MakeNative(QtToolkit& toolkit, Gadget& gadget)

@@ -44,6 +44,7 @@ protected:
     // `place` is where the whole of it would stand in the parent of its widget.
     virtual void PlaceAt(const QRect& place);
     void Own(QWidget* made); // not null; once
+    void ShowWidget(QWidget& shown, bool wanted);
     QWidget* Around() const; // the parent of its widget
     QString Text() const { return ToQt(gadget.text); }
 

@@ -57,6 +57,7 @@ WindowInside::WindowInside(QWidget* parent, QtToolkit& ownToolkit, Dialog& ownWi
     , dialog(&ownWindow)
 {
     setAcceptDrops(true);
+    setFocus(); // no gadget has the focus before someone gives it to one
 }
 
 void WindowInside::resizeEvent(QResizeEvent*)

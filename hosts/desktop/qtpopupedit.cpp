@@ -2,6 +2,7 @@
 
 #include <functional>
 
+#include <QApplication>
 #include <QFocusEvent>
 #include <QKeyEvent>
 
@@ -52,6 +53,7 @@ PopupEdit::~PopupEdit()
 void PopupEdit::Open(QWidget& inside, const Place& screen, const std::u16string& text)
 {
     Close();
+    before = QApplication::focusWidget();
     auto* editor = new Editor(&inside, [this](bool isCancelled) { End(isCancelled); });
     field = editor;
     field->setText(ToQt(text));
@@ -73,7 +75,10 @@ void PopupEdit::Close()
     if (!field)
         return;
     QLineEdit* closed = field;
+    const bool hadFocus = closed->hasFocus();
     field = nullptr; // the loss of the focus that follows is no end of its own
+    if (hadFocus && before)
+        before->setFocus();
     closed->hide();
     closed->deleteLater();
 }

@@ -27,6 +27,7 @@ private:
 
     QtToolkit& toolkit;
     QPointer<QLineEdit> field;
+    QPointer<QWidget> before; // had the focus, and gets it back
 };
 
 } // namespace vx3::desktop

@@ -38,7 +38,7 @@ protected:
         const Gadget* scroll = ScrollGroupOf(gadget);
         const QRect seen = scroll ? place.intersected(QRect(QPoint(), ToQt(scroll->view))) : place;
         surface->PlaceAt(seen, ToPoint(seen.topLeft() - place.topLeft()));
-        surface->setVisible(isVisible && !seen.isEmpty());
+        ShowWidget(*surface, isVisible && !seen.isEmpty());
     }
 
 private:

@@ -219,13 +219,20 @@ Dialog* QtToolkit::WindowOfWidget(QWidget* widget) const
     return nullptr;
 }
 
+// The popup edit stands over a gadget, which keeps the focus for the module meanwhile.
 void QtToolkit::FocusChanged(QWidget* from, QWidget* to)
 {
+    if (!desk || (to && to == popupEdit.Field()))
+        return;
+    if (placing > 0) { // modules hear of it when the layout is made
+        QTimer::singleShot(0, &connections, [this] { FocusChanged(nullptr, QApplication::focusWidget()); });
+        return;
+    }
     Dialog* left = WindowOfWidget(from);
     Dialog* entered = WindowOfWidget(to);
-    if (left && left != entered && desk)
+    if (left && left != entered)
         desk->FocusMoved(*left, nullptr);
-    if (entered && desk && WindowOfWidget(to) == entered) // still
+    if (entered && WindowOfWidget(to) == entered) // still
         desk->FocusMoved(*entered, GadgetOf(to));
 }
 
@@ -244,8 +251,11 @@ void QtToolkit::CloseWindow(Dialog& window)
 {
     if (listener.closing)
         listener.closing(window, *WindowOf(window)->Frame());
+    const bool wasInFront = WindowOf(window)->Frame()->isActiveWindow();
     std::erase(windows, &window);
     window.native.reset();
+    if (wasInFront && !windows.empty())
+        WindowOf(*windows.back())->Frame()->QWidget::window()->activateWindow();
 }
 
 void QtToolkit::ShowTitle(Dialog& window)
@@ -314,8 +324,11 @@ Size QtToolkit::NeedOf(const Gadget& gadget)
 
 void QtToolkit::PlaceGadget(Gadget& gadget, bool isVisible)
 {
-    if (gadget.native)
-        NativeOf(gadget)->PlaceWidget(isVisible);
+    if (!gadget.native)
+        return;
+    ++placing;
+    NativeOf(gadget)->PlaceWidget(isVisible);
+    --placing;
 }
 
 void QtToolkit::ShowGadget(Gadget& gadget, gui::Change change)

@@ -164,6 +164,7 @@ private:
     std::unordered_map<const QWidget*, Gadget*> gadgets;
     QObject connections; // whose end ends them
     bool hasCursor = false;
+    int placing = 0; // gadgets on the stack that get their place
 };
 
 } // namespace vx3::desktop

@@ -40,6 +40,14 @@ StudioDocks::StudioDocks(QMainWindow& ownMain, QtToolkit& ownToolkit)
 {
 }
 
+// What is docked outlives the main window.
+StudioDocks::~StudioDocks()
+{
+    for (Standing& standing : standings)
+        if (standing.dock)
+            TakeOutOfDock(standing);
+}
+
 StudioDocks::Standing* StudioDocks::Find(const Dialog& window)
 {
     auto found = std::find_if(standings.begin(), standings.end(), [&](const Standing& one) { return one.window == &window; });

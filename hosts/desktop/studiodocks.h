@@ -22,6 +22,9 @@ class StudioDocks
 {
 public:
     StudioDocks(QMainWindow& ownMain, QtToolkit& ownToolkit);
+    ~StudioDocks();
+    StudioDocks(const StudioDocks&) = delete;
+    StudioDocks& operator=(const StudioDocks&) = delete;
 
     void WindowOpened(Dialog& window, QWidget& frame);
     void WindowClosing(Dialog& window, QWidget& frame);

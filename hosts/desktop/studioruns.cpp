@@ -139,9 +139,7 @@ int RunStudio(const StudioOptions& options)
     if (Failure failure = session.OpenPlace(options.place))
         return Refuse(failure);
     window.show();
-    const int code = QApplication::exec();
-    session.Close();
-    return code;
+    return QApplication::exec();
 }
 
 int RunShot(const StudioOptions& options)
