@@ -71,8 +71,8 @@ bool HeadlessDriver::CanUse(gui::Dialog& window)
 
 bool HeadlessDriver::CanUse(gui::Gadget& gadget)
 {
-    if (gadget.isGone || !CanUse(gadget.dialog->Window()))
-        return false;
+    if (!gadget.isGone && !CanUse(gadget.dialog->Window()))
+        return false; // told already
     if (!SeenPart(gadget).IsEmpty())
         return true;
     toolkit.User().Fail(NameOf(gadget) + " is not to be seen");
