@@ -35,7 +35,8 @@ public:
     std::function<int32_t()> onMenu;
     bool opensFiles = true;
     void Resize(int32_t newWidth, int32_t newHeight); // sizes, then what is told of them
-    void Deliver();                                   // posted messages
+    void BeginResize(int32_t newWidth, int32_t newHeight);
+    void Deliver(); // posted messages
     void SendCore(int64_t first);
     bool Tell(int32_t code, const browser::BaseContainer& message = {}); // to the area, then to the pane
     bool TellDrag(int32_t type, void* data, int32_t x, int32_t y, int32_t phase = 0, int32_t gadgetId = 10122);
@@ -157,12 +158,17 @@ inline void FakeGui::LayOut()
 
 inline void FakeGui::Resize(int32_t newWidth, int32_t newHeight)
 {
+    BeginResize(newWidth, newHeight);
+    Deliver();
+}
+
+inline void FakeGui::BeginResize(int32_t newWidth, int32_t newHeight)
+{
     width = newWidth;
     height = newHeight;
     isSized = true;
     LayOut();
     (void)Tell(VX3_GUI_RESIZED);
-    Deliver();
 }
 
 inline void FakeGui::Deliver()

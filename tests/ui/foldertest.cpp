@@ -82,6 +82,50 @@ TEST_F(FolderPane, ARefreshKeepsThePlaceAndTheSelection)
     EXPECT_EQ(Status(), "1 of 26 selected");
 }
 
+// Scrolled to the end of a folder that loses its second half: where that leads is the place from
+// then on, for what comes, for a zoom and for the next visit.
+TEST_F(FolderPane, AShorterFolderIsNotScrolledBackWhenItGrows)
+{
+    const ContentRef other = AddFolder("g");
+    const auto add = [this](int32_t from, int32_t to) {
+        for (int32_t i = from; i < to; i++)
+            Add(std::to_string(i));
+    };
+    add(10, 70);
+    Open();
+    gui.Scroll(15 * 79);
+    EXPECT_EQ(gui.scrolled, 15 * 79 - 160);
+    for (int32_t i = 59; i >= 30; i--)
+        ContentOf(At(i))->Remove();
+    pane->Refresh();
+    const int32_t end = 8 * 79 - 160;
+    const ScrollPlace place = { 20, 0, end - 5 * 79 };
+    EXPECT_EQ(gui.scrolled, end);
+    EXPECT_EQ(pane->GetPlace(), place) << "an entry that is there";
+    pane->SetZoom(1); // one column of 271
+    EXPECT_EQ(gui.scrolled, 20 * 271 + place.offset);
+    pane->SetZoom(0.25);
+    EXPECT_EQ(gui.scrolled, end);
+    add(70, 79);
+    pane->Refresh();
+    EXPECT_EQ(gui.scrolled, end);
+    Show(other);
+    Show(folder);
+    EXPECT_EQ(gui.scrolled, end);
+}
+
+// A layout that has not settled is no place: what it is to keep counts.
+TEST_F(FolderPane, ARefreshInTheMiddleOfALayoutKeepsThePlace)
+{
+    AddLetters(26);
+    Open();
+    gui.Scroll(3 * 79 + 10);
+    gui.BeginResize(140, 160); // two columns
+    pane->Refresh();
+    gui.Deliver();
+    EXPECT_EQ(gui.scrolled, 6 * 79 + 10);
+}
+
 TEST_F(FolderPane, AClosedWindowComesBackAsItWas)
 {
     AddLetters(26);

@@ -58,29 +58,40 @@ void ContentListView::ScrollIntoView(const Rectangle& wanted)
 ScrollPlace ContentListView::GetPlace() const
 {
     const int32_t top = SeenPart().y1;
-    return top == setTop ? setPlace : ScrollToEntry(top);
+    return isPending || EntryToScroll(wish) == top ? wish : ScrollToEntry(top);
+}
+
+ScrollPlace ContentListView::GetWish() const
+{
+    const int32_t top = SeenPart().y1;
+    return isPending || top == wishTop ? wish : ScrollToEntry(top);
+}
+
+void ContentListView::DropWish()
+{
+    wish = GetPlace();
 }
 
 void ContentListView::SetPlace(const ScrollPlace& place)
 {
-    keepsPlace = !IsSeen(); // until there is something to scroll
-    keptPlace = setPlace = place;
+    isPending = !IsSeen(); // until there is something to scroll
+    wish = place;
     ScrollTo({ SeenPart().x1, EntryToScroll(place) });
-    setTop = SeenPart().y1;
+    wishTop = SeenPart().y1;
 }
 
 void ContentListView::KeepPlace(const ScrollPlace& place)
 {
-    if (!std::exchange(keepsPlace, true))
-        keptPlace = place;
+    wish = place;
+    isPending = true;
     (void)PostMessage(VX3_GUI_LAYOUT_DONE);
 }
 
 // A layout asks for sizes several times, and scrolls when it has settled.
 void ContentListView::SettleLayout()
 {
-    if (keepsPlace)
-        SetPlace(keptPlace);
+    if (isPending)
+        SetPlace(wish);
     UpdateVisibleRange();
 }
 

@@ -44,10 +44,13 @@ public:
     void ScrollIntoView(const Rectangle& wanted);
     virtual void UpdateVisibleRange() = 0;
 
-    // The scroll position as one that survives a change of zoom, width or view. As long as
-    // the user does not scroll, it is the one that was set.
+    // The scroll position as one that survives a change of zoom, width or view.
     ScrollPlace GetPlace() const;
     void SetPlace(const ScrollPlace& place);
+    // As long as the user does not scroll: what was set, also where there is not enough to scroll that
+    // far. A zoom or a width that leaves more to scroll goes back there.
+    ScrollPlace GetWish() const;
+    void DropWish(); // Other entries are shown: where this has led is the place from now on.
 
     // While it is off, the view can be laid out and scrolled without a flicker.
     bool IsDrawing() const { return drawEnabled; }
@@ -66,7 +69,7 @@ protected:
     virtual Rectangle RevealArea(int32_t index) const = 0; // an entry and a margin, to scroll to
     virtual bool PressKey(const InputEvent& event) = 0;    // true: consumed
 
-    // The layout is about to change: what stood at `place` shall stay in sight.
+    // The layout is about to change: what stands at `place` shall stay in sight.
     void KeepPlace(const ScrollPlace& place);
 
 private:
@@ -79,10 +82,9 @@ private:
     ContentViewEntryList* list = nullptr;
     bool drawEnabled = true;
 
-    ScrollPlace setPlace; // the last one set, and where that led
-    int32_t setTop = 0;
-    ScrollPlace keptPlace;
-    bool keepsPlace = false;
+    ScrollPlace wish; // the last place that was set, and where that led
+    int32_t wishTop = 0;
+    bool isPending = false; // it has not been scrolled to: the layout is about to change
 };
 
 } // namespace browser

@@ -71,6 +71,7 @@ void FolderContentDialog::ShowNode(bool isNewPlace, const ContentRef& select)
     if (select)
         (void)list.SetNodeSelected(select, true);
     LayOut(place);
+    activeView->DropWish();
     isShown = true;
     ShowStatus();
 }
@@ -153,7 +154,7 @@ void FolderContentDialog::ChangeZoom(double wanted)
 {
     if (wanted == zoom)
         return;
-    const ScrollPlace place = activeView->GetPlace();
+    const ScrollPlace place = activeView->GetWish();
     zoom = wanted;
     if (IsOpen())
         LayOut(place);

@@ -11,7 +11,7 @@ namespace browser {
 Size IconListView::GetMinSize()
 {
     const GridLayout before = grid;
-    const ScrollPlace place = GetPlace();
+    const ScrollPlace place = GetWish();
     const Size needed = Measure();
     if (!grid.HasCellsOf(before))
         KeepPlace(place);
