@@ -1,6 +1,7 @@
 // What vx3-bench can measure: each group prints its cases.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,9 @@ class Samples
 public:
     void Add(double seconds) { values.push_back(seconds); }
     double Median() { return MedianOf(values.data(), values.size()); }
+    // What the work costs, without what else the machine did meanwhile: for growth, where a
+    // long run is interrupted and a short one is not.
+    double Least() const { return *std::min_element(values.begin(), values.end()); }
 
 private:
     std::vector<double> values;
@@ -27,6 +31,7 @@ private:
 void MeasureListing(Scene& scene, const std::string& folder);
 void MeasureWalk(Scene& scene, const std::string& folder);
 void MeasureView(Scene& scene);
+void MeasureLists(Scene& scene);
 void MeasureIndex();
 void MeasureGrowth(Scene& scene);
 

@@ -18,7 +18,7 @@ from dataclasses import dataclass
 
 import makedata
 
-GROUPS = ("list", "walk", "view", "index", "growth")
+GROUPS = ("list", "walk", "view", "lists", "index", "growth")
 ALL = "listing"
 
 OURS = "vx3"
@@ -58,6 +58,9 @@ GOALS = [
     Goal("walk", "search_ms.202000", 1.6, BARE),
     Goal("walk", "search_known_ms.202000", 5, BARE),
     Goal("view", "sort_name_ms.100000", 0.1, COLLATOR, "collator_compare_ms.100000"),
+    Goal("lists", "refresh_ms.100000", 0.15, OURS, "refresh_sort_ms.100000", "vx3, one sort"),
+    Goal("lists", "sync_all_new_ms.100000", 15, OURS, "sync_all_new_ms.10000", "vx3, 10,000"),
+    Goal("lists", "select_node_us.100000", 3, OURS, "select_node_us.1000", "vx3, 1,000"),
     Goal("index", "crc_ns_per_byte", 1.1, CRC, "slice8_ns_per_byte", "slice by 8"),
     Goal("index", "hash_url_ns", 0.5, CRC, "bytewise_url_ns", "bytewise"),
     Goal("growth", "find_url_us.100000", 2, OURS, "find_url_us.1000", "vx3, 1,000"),
@@ -102,6 +105,7 @@ def ListContenders(program, data):
     yield Contender("walk", OURS, [program, "walk", folder(makedata.NESTED)])
     yield Contender("view", COLLATOR, comparator("qtsort"))
     yield Contender("view", OURS, [program, "view"])
+    yield Contender("lists", OURS, [program, "lists"])
     yield Contender("index", CRC, comparator("crcloops"))
     yield Contender("index", OURS, [program, "index"])
     yield Contender("growth", OURS, [program, "growth"])

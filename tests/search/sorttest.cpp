@@ -112,4 +112,33 @@ TEST_F(Sorting, TimesOfOneDayGoBeforeNames)
     ExpectInOrder(SortMode::Modified);
 }
 
+// Names that tie as letters are told apart with memory of their own: a sort is right, or
+// says that it is none.
+TEST_F(Sorting, WithoutMemoryThereIsNoOrderRatherThanAWrongOne)
+{
+    for (const char* name : { "name", "Name", "nAme", "naMe", "namE", "NAme", "NaMe", "NamE", "nAMe", "nAmE" })
+        Disk().AddFile("/p/" + std::string(name), "", Day(1));
+    top = Top("/p");
+    NodeRef first;
+    top->GetFirstChild(first);
+    Array<NodeRef> right;
+    ASSERT_TRUE(MakeSortedChildren(SortMode::Name, first, right));
+    int64_t failed = 0;
+    for (int64_t nth = 1, failures = 1; failures; nth++) {
+        Array<NodeRef> sorted;
+        const uint64_t before = ContentVersion();
+        testHost.Faults().Fail(vx3::testing::FailClass::Memory, nth);
+        const bool isSorted = MakeSortedChildren(SortMode::Name, first, sorted);
+        failures = testHost.Faults().FailuresOf(vx3::testing::FailClass::Memory);
+        testHost.Faults().Clear();
+        failed += !isSorted;
+        if (!isSorted || ContentVersion() != before) // it says that it is to be asked again
+            continue;
+        ASSERT_EQ(sorted.Count(), right.Count());
+        for (size_t i = 0; i < right.Count(); i++)
+            EXPECT_EQ(sorted[i], right[i]) << nth;
+    }
+    EXPECT_GE(failed, 5);
+}
+
 } // namespace

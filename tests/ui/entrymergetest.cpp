@@ -248,6 +248,49 @@ TEST_F(Merge, AgreesWithTheSlowMergeOnRandomLists)
     EXPECT_GT(changes, 1000U);
 }
 
+// The new entries are sorted, in two groups; the old ones as they were before some were
+// renamed. Then most comparisons are saved, and the outcome is the same.
+TEST_F(Merge, PlacesOfSortedEntriesTellWhatComparisonsTell)
+{
+    constexpr int count = 400;
+    static int64_t compared = 0;
+    auto compare = [](const void*, RTreeNode* a, RTreeNode* b) { return compared++, CompareKeys(nullptr, a, b); };
+    Row row;
+    int64_t byComparisons = 0, byPlaces = 0;
+    uint32_t changes = 0;
+    auto keyOf = [&row](int n) -> int& { return static_cast<LetterNode*>(row.nodes[static_cast<size_t>(n)].Get())->key; };
+    for (int round = 0; round < 200; round++) {
+        row.nodes.clear();
+        for (int n = 0; n < count; n++)
+            row.nodes.push_back(NodeRef(Make<LetterNode>()(n * 7 % count)));
+        EntrySelection selection;
+        Entries old, fresh, slow;
+        row.Pick(old, round % 6, true);
+        selection.Install(old, 0);
+        for (int n = row.Below(5); n > 0; n--)
+            std::swap(keyOf(row.Below(count)), keyOf(row.Below(count)));
+        row.Pick(fresh, 0, false);
+        auto isFolder = [](const ContentViewEntry& entry) { return static_cast<LetterNode*>(entry.node.Get())->key % 5 == 0; };
+        const auto folderEnd = std::stable_partition(fresh.begin(), fresh.end(), isFolder);
+        const int32_t ends[] = { static_cast<int32_t>(folderEnd - fresh.begin()), static_cast<int32_t>(fresh.Count()) };
+        for (const ContentViewEntry& entry : fresh)
+            ASSERT_TRUE(slow.Append(entry));
+        if (round % 8 == 1)
+            testHost.Faults().Fail(FailClass::Memory, 1, Failing::FromThereOn);
+        compared = 0;
+        const uint32_t counted = EntryMerge(selection, fresh, { compare, nullptr, ends }).Run();
+        testHost.Faults().Clear();
+        byPlaces += std::exchange(compared, 0);
+        ASSERT_EQ(counted, EntryMerge(selection, slow, { compare }).Run()) << round;
+        byComparisons += compared;
+        for (size_t i = 0; i < fresh.Count(); i++)
+            ASSERT_EQ(fresh[i].flags, slow[i].flags) << round << " at " << i;
+        changes += counted;
+    }
+    EXPECT_GT(changes, 1000U);
+    EXPECT_LT(byPlaces, byComparisons * 3 / 4);
+}
+
 TEST_F(Merge, AnIndexIsMadeOnceAndOnlyIfSomethingMustBeSearched)
 {
     constexpr int count = 20000;

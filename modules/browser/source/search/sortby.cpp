@@ -45,6 +45,15 @@ int32_t CompareByType(BrowserContentNode& a, BrowserContentNode& b)
     return typeA.Order(typeB);
 }
 
+bool CollectUnsorted(NodeRef first, Array<NodeRef>& nodes)
+{
+    if (!CollectSiblings(std::move(first), nodes))
+        return false;
+    for (const NodeRef& node : nodes)
+        DoubtUnlessNoted(*ContentOf(node));
+    return true;
+}
+
 } // namespace
 
 int32_t CompareUrls(BrowserContentNode& a, BrowserContentNode& b)
@@ -82,12 +91,12 @@ bool CollectSiblings(NodeRef first, Array<NodeRef>& siblings)
 bool MakeSortedChildren(SortMode mode, NodeRef first, Array<NodeRef>& sorted)
 {
     if (mode == SortMode::None)
-        return CollectSiblings(std::move(first), sorted);
+        return CollectUnsorted(std::move(first), sorted);
     SortKeys keys(SortPlan::For(mode, FoldersFirst()));
-    if (!keys.Take(std::move(first)) || !keys.Sort() || !sorted.Reserve(keys.Keys().Count()))
+    if (!keys.Take(std::move(first)) || !keys.Sort() || !sorted.Reserve(keys.Count()))
         return false;
-    for (size_t i = 0; i < keys.Keys().Count(); i++)
-        if (!sorted.Append(std::move(keys.Keys()[keys.At(i)].node)))
+    for (size_t i = 0; i < keys.Count(); i++)
+        if (!sorted.Append(keys.TakeNode(i)))
             return false;
     return true;
 }

@@ -28,8 +28,13 @@ SortMode SortModeOf(int32_t number);
 // `first` and the siblings that follow, as they stand in the tree at one moment.
 [[nodiscard]] bool CollectSiblings(NodeRef first, Array<NodeRef>& siblings);
 
-// What a node tells of itself and came out empty may have found no memory: whoever keeps
-// the order asks again.
+// Whoever keeps an order asks again where a node cannot tell of its changes, and where
+// what it told came out empty: it may have found no memory.
+inline void DoubtUnlessNoted(const BrowserContentNode& node)
+{
+    if (!node.NotesChanges())
+        NoteContentChange();
+}
 inline void DoubtIfEmpty(const String& told)
 {
     if (told.IsEmpty())

@@ -13,7 +13,7 @@ constexpr int32_t halfWord = 16; // bits of a field of a date
 constexpr int32_t folderShift = 3 * halfWord;
 constexpr int32_t mostUnits = 1024; // of a name; what stands behind is compared as text
 constexpr size_t usualWords = 3;    // of a name
-constexpr ptrdiff_t fewItems = 6;   // are compared at once, rather than word by word
+constexpr size_t fewItems = 6;      // are compared at once, rather than word by word
 
 // Packs units into words that compare as the units do. A unit takes one to three bytes,
 // so that a word holds eight letters; the last word ends with a zero byte.
@@ -28,7 +28,7 @@ public:
         std::memset(bytes + length, 0, sizeof(uint64_t));
     }
 
-    uint32_t WordCount() const { return static_cast<uint32_t>(length / sizeof(uint64_t) + 1); }
+    uint16_t WordCount() const { return static_cast<uint16_t>(length / sizeof(uint64_t) + 1); }
     uint64_t WordAt(size_t index) const
     {
         uint64_t word;
@@ -121,43 +121,42 @@ SortPlan SortPlan::For(SortMode mode, bool foldersFirst)
 
 bool SortKeys::Take(NodeRef first)
 {
-    Array<NodeRef> siblings;
-    if (!CollectSiblings(std::move(first), siblings))
+    if (!CollectSiblings(std::move(first), nodes))
         return false;
-    const size_t count = siblings.Count();
+    const size_t count = nodes.Count();
     if (!keys.Reserve(count) || !order.Reserve(count) || !words.Reserve(count * usualWords))
         return false;
-    for (NodeRef& node : siblings)
-        if (!TakeOne(std::move(node)))
+    for (uint32_t at = 0; at < count; at++)
+        if (!TakeOne(at))
             return false;
     return RankTypes();
 }
 
-bool SortKeys::TakeOne(NodeRef node)
+bool SortKeys::TakeOne(uint32_t at)
 {
     SortKey key;
     int64_t size = 0;
-    BrowserContentNode* content = ContentOf(node);
-    uint32_t holds = content->GetAttributes(&size) & Attribute::canHoldChildren;
+    BrowserContentNode& node = NodeAt(at);
+    DoubtUnlessNoted(node);
+    uint32_t holds = node.GetAttributes(&size) & Attribute::canHoldChildren;
     key.canHoldChildren = holds != 0;
     if (plan.foldersFirst)
         key.lead[0] = uint64_t(Attribute::canHoldChildren - holds) << folderShift;
     if (plan.bySize)
         key.lead[0] = static_cast<uint64_t>(size) ^ signBit;
     FileDate date = {};
-    if (plan.byDate && content->GetDate(plan.dateKind, date))
+    if (plan.byDate && node.GetDate(plan.dateKind, date))
         TakeDate(date, key.lead);
-    key.node = std::move(node);
-    if (!TakeName(key) || (plan.byType && !holds && !TakeType(key)))
+    if (!TakeName(node, key) || (plan.byType && !holds && !TakeType(node, key)))
         return false;
-    return order.Append({ 0, static_cast<uint32_t>(keys.Count()), key.nameAt }) && keys.Append(std::move(key));
+    return order.Append({ 0, at, key.nameAt }) && keys.Append(key);
 }
 
-bool SortKeys::TakeName(SortKey& key)
+bool SortKeys::TakeName(BrowserContentNode& node, SortKey& key)
 {
     String name;
     VX3Unit units[mostUnits];
-    ContentOf(key.node)->GetName(name);
+    node.GetName(name);
     DoubtIfEmpty(name);
     int32_t count = std::min(host->text->orderKey(name.Value(), units, mostUnits), mostUnits);
     const NamePacker packed({ units, static_cast<size_t>(count) });
@@ -170,10 +169,10 @@ bool SortKeys::TakeName(SortKey& key)
 }
 
 // Few kinds stand in one folder, so their texts are ranked and not the nodes.
-bool SortKeys::TakeType(SortKey& key)
+bool SortKeys::TakeType(BrowserContentNode& node, SortKey& key)
 {
     String type;
-    ContentOf(key.node)->GetTypeName(type, TypeDetail::Specific);
+    node.GetTypeName(type, TypeDetail::Specific);
     DoubtIfEmpty(type);
     const String* known = std::find(types.begin(), types.end(), type);
     key.lead[1] = static_cast<uint64_t>(known - types.begin());
@@ -199,11 +198,8 @@ bool SortKeys::RankTypes()
 
 bool SortKeys::Sort()
 {
-    const size_t count = order.Count();
-    if (count && !spare.Extend(count))
-        return false;
     SortFrom(order.begin(), order.end(), 0);
-    return true;
+    return isComplete;
 }
 
 // Sorts by one number of each key; what ties there is sorted by the next one.
@@ -217,7 +213,7 @@ void SortKeys::SortFrom(Item* from, Item* to, int32_t step)
     for (Item* end = from; from != to; from = end) {
         while (end != to && end->value == from->value)
             end++;
-        if (IsLastWord(step, from->value) || (namesAreNext && end - from <= fewItems))
+        if (IsLastWord(step, from->value) || (namesAreNext && static_cast<size_t>(end - from) <= fewItems))
             SortTies(from, end);
         else
             SortFrom(from, end, step + 1);
@@ -239,9 +235,14 @@ bool SortKeys::LoadValues(Item* from, Item* to, int32_t step)
 void SortKeys::SortTies(Item* from, Item* to)
 {
     const auto count = static_cast<size_t>(to - from);
-    auto isBefore = [this](const Item& a, const Item& b) { return Compare(keys[a.at], keys[b.at]) < 0; };
+    Item few[fewItems];
+    if (count > fewItems && count > spare.Count() && !spare.Extend(count - spare.Count())) {
+        isComplete = false;
+        return;
+    }
+    auto isBefore = [this](const Item& a, const Item& b) { return Compare(a.at, b.at) < 0; };
     Item* run = from;
-    Item* merged = spare.begin();
+    Item* merged = count > fewItems ? spare.begin() : few;
     for (size_t width = 1; width < count; width *= 2) {
         for (size_t start = 0; start < count; start += 2 * width)
             MergeRuns(run, start, std::min(start + width, count), std::min(start + 2 * width, count), merged, isBefore);
@@ -251,27 +252,30 @@ void SortKeys::SortTies(Item* from, Item* to)
         std::copy_n(run, count, from);
 }
 
-int32_t SortKeys::Compare(const SortKey& a, const SortKey& b) const
+int32_t SortKeys::Compare(uint32_t a, uint32_t b) const
 {
     int32_t result = CompareNames(a, b);
-    if (!result && plan.byUrl && !(plan.byType && a.canHoldChildren))
-        result = CompareUrls(*ContentOf(a.node), *ContentOf(b.node));
+    if (!result && plan.byUrl && !(plan.byType && keys[a].canHoldChildren))
+        result = CompareUrls(NodeAt(a), NodeAt(b));
     return result;
 }
 
-int32_t SortKeys::CompareNames(const SortKey& a, const SortKey& b) const
+int32_t SortKeys::CompareNames(uint32_t a, uint32_t b) const
 {
-    for (uint32_t i = 0; i < std::min(a.nameWords, b.nameWords); i++) {
-        uint64_t own = words[a.nameAt + i], other = words[b.nameAt + i];
-        if (own != other)
-            return own < other ? -1 : 1;
+    const SortKey &own = keys[a], &other = keys[b];
+    for (uint32_t i = 0; i < std::min(own.nameWords, other.nameWords); i++) {
+        const uint64_t ownWord = words[own.nameAt + i], otherWord = words[other.nameAt + i];
+        if (ownWord != otherWord)
+            return ownWord < otherWord ? -1 : 1;
     }
-    if (a.nameWords != b.nameWords)
-        return a.nameWords < b.nameWords ? -1 : 1;
-    String nameA, nameB;
-    ContentOf(a.node)->GetName(nameA);
-    ContentOf(b.node)->GetName(nameB);
-    return nameA.Order(nameB);
+    if (own.nameWords != other.nameWords)
+        return own.nameWords < other.nameWords ? -1 : 1;
+    String ownName, otherName;
+    NodeAt(a).GetName(ownName);
+    NodeAt(b).GetName(otherName);
+    DoubtIfEmpty(ownName);
+    DoubtIfEmpty(otherName);
+    return ownName.Order(otherName);
 }
 
 } // namespace browser

@@ -24,9 +24,8 @@ struct SortKey {
 
     uint64_t lead[leads] = {};
     uint32_t nameAt = 0; // words in SortKeys
-    uint32_t nameWords = 0;
+    uint16_t nameWords = 0;
     bool canHoldChildren = false;
-    NodeRef node;
 };
 
 class SortKeys
@@ -40,35 +39,38 @@ public:
     [[nodiscard]] bool Take(NodeRef first);
     [[nodiscard]] bool Sort();
 
-    Array<SortKey>& Keys() { return keys; }
-    // The place of the n-th of the order in Keys().
-    uint32_t At(size_t n) const { return order[n].at; }
+    size_t Count() const { return nodes.Count(); }
+    // Once each: the n-th of the order.
+    NodeRef TakeNode(size_t n) { return std::move(nodes[order[n].at]); }
 
 private:
     // Numbers lie closer together than keys do, so the sort moves these.
     struct Item {
         uint64_t value; // what is compared at this step
-        uint32_t at;    // in `keys`
+        uint32_t at;    // in `nodes` and `keys`
         uint32_t word;  // the one of the name that is compared next
     };
 
-    [[nodiscard]] bool TakeOne(NodeRef node);
-    [[nodiscard]] bool TakeName(SortKey& key);
-    [[nodiscard]] bool TakeType(SortKey& key);
+    [[nodiscard]] bool TakeOne(uint32_t at);
+    [[nodiscard]] bool TakeName(BrowserContentNode& node, SortKey& key);
+    [[nodiscard]] bool TakeType(BrowserContentNode& node, SortKey& key);
     [[nodiscard]] bool RankTypes();
 
     void SortFrom(Item* from, Item* to, int32_t step);
     bool LoadValues(Item* from, Item* to, int32_t step);
     void SortTies(Item* from, Item* to);
-    int32_t Compare(const SortKey& a, const SortKey& b) const;
-    int32_t CompareNames(const SortKey& a, const SortKey& b) const;
+    int32_t Compare(uint32_t a, uint32_t b) const;
+    int32_t CompareNames(uint32_t a, uint32_t b) const;
+    BrowserContentNode& NodeAt(uint32_t at) const { return *ContentOf(nodes[at]); }
 
     const SortPlan plan;
-    Array<SortKey> keys;
+    Array<NodeRef> nodes; // as they stand in the tree
+    Array<SortKey> keys;  // one for each
     Array<Item> order;
-    Array<Item> spare;     // as long as `order`, for merging
+    Array<Item> spare;     // for merging, as long as the longest row of ties
     Array<uint64_t> words; // of all name keys, behind each other
     Array<String> types;   // each type text once
+    bool isComplete = true;
 };
 
 } // namespace browser

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "search/sortkeys.h"
 #include "services/preferences.h"
 #include "ui/entrymerge.h"
 
@@ -25,6 +26,35 @@ EntrySnapshot SnapshotOf(const EntrySelection& selection)
     return { selection.Generation(),  selection.Count(),         selection.FirstVisible(),
              selection.LastVisible(), selection.FirstSelected(), selection.LastSelected() };
 }
+
+// Where containers stand in front, by the bits of their kind, they are groups of their
+// own; a comparison of two nodes knows nothing of that.
+class SortedGroups
+{
+public:
+    SortedGroups(const Entries& entries, SortMode mode, bool foldersFirst)
+    {
+        if (mode == SortMode::None)
+            return;
+        if (SortPlan::For(mode, foldersFirst).foldersFirst)
+            for (uint32_t kind = Attribute::canHoldChildren; kind > 0; kind--)
+                ends[count++] = CountInFront(entries, kind);
+        ends[count++] = static_cast<int32_t>(entries.Count());
+    }
+    std::span<const int32_t> Ends() const { return { ends, count }; }
+
+private:
+    static int32_t CountInFront(const Entries& entries, uint32_t kind)
+    {
+        auto standsInFront = [kind](const ContentViewEntry& entry) {
+            return (ContentOf(entry.node)->GetAttributes(nullptr) & Attribute::canHoldChildren) >= kind;
+        };
+        return static_cast<int32_t>(std::partition_point(entries.begin(), entries.end(), standsInFront) - entries.begin());
+    }
+
+    int32_t ends[Attribute::canHoldChildren + 1];
+    size_t count = 0;
+};
 
 } // namespace
 
@@ -91,12 +121,12 @@ bool ContentViewEntryList::ReadEntry(const EntrySnapshot& taken, int32_t index, 
 }
 
 // A search makes an index, so it writes.
-int32_t ContentViewEntryList::FindNode(NodeRef node)
+int32_t ContentViewEntryList::FindNode(const NodeRef& node)
 {
     return Writer(*this)->FindNode(node);
 }
 
-bool ContentViewEntryList::IsNodeSelected(NodeRef node)
+bool ContentViewEntryList::IsNodeSelected(const NodeRef& node)
 {
     return Writer(*this)->IsNodeSelected(node);
 }
@@ -121,7 +151,7 @@ void ContentViewEntryList::Toggle(int32_t index)
     Writer(*this)->Toggle(index);
 }
 
-bool ContentViewEntryList::SetNodeSelected(NodeRef node, bool selected)
+bool ContentViewEntryList::SetNodeSelected(const NodeRef& node, bool selected)
 {
     return Writer(*this)->SetNodeSelected(node, selected);
 }
@@ -138,7 +168,7 @@ void ContentViewEntryList::Synchronize(NodeRef firstChild, SortMode sortKey, con
         return;
     Entries next;
     if (MakeEntries(wanted, next))
-        Merge(next, sortKey);
+        Merge(next, wanted);
     else
         Empty();
     origin = std::move(wanted);
@@ -156,24 +186,27 @@ bool ContentViewEntryList::MakeEntries(Origin& wanted, Entries& next)
     if (!next.Reserve(sorted.Count()))
         return wanted.isKnown = false;
     for (NodeRef& node : sorted) {
-        BrowserContentNode& content = *ContentOf(node);
-        wanted.isKnown = wanted.isKnown && content.NotesChanges();
-        if (!wanted.filter.keeps || wanted.filter.keeps(wanted.filter.settings, content))
+        if (!wanted.filter.keeps || wanted.filter.keeps(wanted.filter.settings, *ContentOf(node)))
             (void)next.Append({ std::move(node), 0 });
     }
     return true;
 }
 
 // The old entries go to the caller, whose nodes are given back after the lock.
-void ContentViewEntryList::Merge(Entries& next, SortMode sortKey)
+void ContentViewEntryList::Merge(Entries& next, const Origin& wanted)
 {
+    const SortedGroups groups(next, wanted.sortKey, wanted.foldersFirst);
     uint32_t changes = 0;
     {
         const Reader list(*this);
-        changes = EntryMerge(*list, next, { CompareEntries, &sortKey }).Run();
+        changes = EntryMerge(*list, next, { CompareEntries, &wanted.sortKey, groups.Ends() }).Run();
     }
     parkedNodes.Clear();
     Writer(*this)->Install(next, changes);
+    for (size_t i = 0; i < next.Count(); i++) {
+        Foresee(next, i + stepsAhead);
+        next[i].node = NodeRef();
+    }
 }
 
 void ContentViewEntryList::Empty()

@@ -68,8 +68,8 @@ public:
     NodeRef GetNode(int32_t index) const;
     bool IsSelected(int32_t index) const;
     uint32_t ChangeCount() const;
-    int32_t FindNode(NodeRef node); // the first place, or -1
-    bool IsNodeSelected(NodeRef node);
+    int32_t FindNode(const NodeRef& node); // the first place, or -1
+    bool IsNodeSelected(const NodeRef& node);
     EntrySnapshot TakeSnapshot() const;
     // False, and `entry` as it was, if the snapshot does not hold any more.
     [[nodiscard]] bool ReadEntry(const EntrySnapshot& taken, int32_t index, ContentViewEntry& entry) const;
@@ -80,7 +80,7 @@ public:
     void SetSelectedBlock(int32_t first, int32_t last, int32_t stride, int32_t width);
     void SetSelected(int32_t index, bool selected);
     void Toggle(int32_t index);
-    bool SetNodeSelected(NodeRef node, bool selected); // true if it is there
+    bool SetNodeSelected(const NodeRef& node, bool selected); // true if it is there
     void SetVisibleRange(int32_t first, int32_t last);
 
     // Brings the entries up to date: `firstChild` and its siblings, sorted and filtered.
@@ -116,7 +116,7 @@ private:
     };
 
     [[nodiscard]] bool MakeEntries(Origin& wanted, Entries& next);
-    void Merge(Entries& next, SortMode sortKey);
+    void Merge(Entries& next, const Origin& wanted);
     void Empty();
     const ParkedNode* FindParked(const RTreeNode* node) const; // its first place
 

@@ -6,7 +6,8 @@ namespace browser {
 
 namespace {
 
-constexpr int32_t fewEntries = 8; // are walked rather than indexed
+constexpr int32_t fewEntries = 8;      // are walked rather than indexed
+constexpr int32_t fewComparisons = 64; // are made rather than saved by an index
 
 } // namespace
 
@@ -34,10 +35,10 @@ void EntryMerge::MergeNext()
 {
     if (OldAt(oldNext).node == NewAt(newNext).node)
         return TakeSame();
-    const int32_t compared = Compare(OldAt(oldNext), NewAt(newNext));
-    if (compared < 0)
+    const int32_t sign = CompareNext();
+    if (sign < 0)
         PassOld();
-    else if (compared > 0)
+    else if (sign > 0)
         PassNewcomer();
     else
         MergeTies();
@@ -105,6 +106,32 @@ void EntryMerge::Take(int32_t from, ContentViewEntry& to)
 {
     to.flags = OldAt(from).flags;
     keptSelected += to.IsSelected();
+}
+
+// The new entries have been sorted by the same order a moment ago: where the old node
+// stands among them tells as much as a comparison, which has to fetch two nodes and
+// their names from all over memory.
+int32_t EntryMerge::CompareNext()
+{
+    const bool isWorthIt = !order.groupEnds.empty() && comparisons++ >= fewComparisons;
+    if (isWorthIt && (freshIndex.IsMade() || freshIndex.Make(fresh))) {
+        if (placedOld != oldNext)
+            place = freshIndex.FindFirst(fresh, OldAt(oldNext).node.Get(), 0, newCount - 1);
+        placedOld = oldNext;
+        if (place != EntrySelection::none && IsInOneGroup(place, newNext))
+            return place < newNext ? -1 : 1;
+    }
+    Foresee(old, static_cast<size_t>(oldNext) + stepsAhead);
+    Foresee(fresh, static_cast<size_t>(newNext) + stepsAhead);
+    return Compare(OldAt(oldNext), NewAt(newNext));
+}
+
+bool EntryMerge::IsInOneGroup(int32_t a, int32_t b) const
+{
+    for (int32_t end : order.groupEnds)
+        if (a < end || b < end)
+            return a < end && b < end;
+    return false;
 }
 
 int32_t EntryMerge::EndOfTies(const Entries& entries, int32_t start) const

@@ -9,6 +9,8 @@
 // to the caller alone.
 #pragma once
 
+#include <span>
+
 #include "ui/entryselection.h"
 
 namespace browser {
@@ -17,6 +19,10 @@ namespace browser {
 struct EntryOrder {
     int32_t (*compare)(const void* context, RTreeNode* a, RTreeNode* b);
     const void* context = nullptr;
+    // How far the new entries are in this order: groups of them, as containers and files,
+    // each of them sorted. A group ends in front of each of these places, which rise.
+    // None: nothing is known.
+    std::span<const int32_t> groupEnds = {};
 };
 
 class EntryMerge
@@ -37,6 +43,8 @@ private:
     void CountLost();
     void Take(int32_t from, ContentViewEntry& to);
 
+    int32_t CompareNext();
+    bool IsInOneGroup(int32_t a, int32_t b) const;
     int32_t EndOfTies(const Entries& entries, int32_t start) const;
     int32_t FindOld(const RTreeNode* node, int32_t from, int32_t to);
     int32_t Compare(const ContentViewEntry& a, const ContentViewEntry& b) const;
@@ -55,6 +63,10 @@ private:
     int32_t keptSelected = 0;
     uint32_t changes = 0;
     EntryIndex index; // of the old entries, made when it is first needed
+    EntryIndex freshIndex;
+    int32_t comparisons = 0;                  // of an old entry with a new one
+    int32_t placedOld = EntrySelection::none; // the old entry that was last looked for among the new ones
+    int32_t place = EntrySelection::none;     // where it is
 };
 
 } // namespace browser
