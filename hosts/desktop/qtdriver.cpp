@@ -78,7 +78,7 @@ std::string QtDriver::RunScript(const std::string& text, gui::ScriptProgram prog
         return script.Failure();
     if (user.Failures().empty() && user.HasAnswers())
         user.Fail("an answer is left that nobody asked for");
-    return user.Failures().empty() ? std::string() : user.Failures().front();
+    return user.Failures().empty() ? std::string() : "line " + std::to_string(script.Line()) + ": " + user.Failures().front();
 }
 
 // --- The main loop ---
@@ -216,11 +216,14 @@ void QtDriver::Wheel(Gadget& gadget, Point at, int32_t value, uint32_t qualifier
     const Spot spot = SpotOf(gadget, at);
     if (!spot.widget)
         return user.Fail(NameOf(gadget) + " is not to be seen");
-    const QPointF inside = spot.widget->mapFromGlobal(spot.screen);
-    const QPoint angle(0, value);
-    auto* event = new QWheelEvent(inside, spot.screen, QPoint(), angle, held, ModifiersOf(qualifiers), Qt::NoScrollPhase, false);
-    QCoreApplication::postEvent(spot.widget, event);
-    QCoreApplication::processEvents();
+    // Only wheels of the window system go on to the widgets around one that does not want it.
+    QPointer<QWidget> widget = spot.widget;
+    for (bool isWanted = false; widget && !isWanted; widget = widget && !widget->isWindow() ? widget->parentWidget() : nullptr) {
+        QWheelEvent event(widget->mapFromGlobal(QPointF(spot.screen)), spot.screen, QPoint(), QPoint(0, value), held,
+                          ModifiersOf(qualifiers), Qt::NoScrollPhase, false);
+        QCoreApplication::sendEvent(widget, &event);
+        isWanted = event.isAccepted();
+    }
     Turn();
 }
 

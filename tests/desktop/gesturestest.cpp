@@ -1,0 +1,251 @@
+// What a user does in windows of Qt with no script around: nested loops run by themselves,
+// and the time is that of the machine.
+#include <chrono>
+
+#include <QApplication>
+#include <QDropEvent>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMimeData>
+#include <QPaintEvent>
+#include <QTimer>
+#include <QUrl>
+
+#include "desktop/qtgadget.h"
+#include "desktop/qtlook.h"
+#include "desktop/qtsurface.h"
+#include "desktop/qtwindow.h"
+#include "qtfixture.h"
+
+namespace {
+
+using namespace vx3::tests;
+using vx3::gui::Gadget;
+using vx3::gui::Point;
+
+class GesturesTest : public QtTest
+{
+protected:
+    enum Page { Fields, Areas, Tree, Dialogs };
+
+    GesturesTest()
+    {
+        EXPECT_TRUE(gallery->Open());
+        LetGo();
+    }
+
+    // Goes on with the main loop for as long as something waits.
+    static void LetGo()
+    {
+        for (int turn = 0; turn < 20; ++turn)
+            QCoreApplication::processEvents();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    static bool WaitFor(const std::function<bool()>& isThere)
+    {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+        while (!isThere() && std::chrono::steady_clock::now() < end)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+        return isThere();
+    }
+    // While a nested loop runs in the call that follows.
+    static void Later(const std::function<void()>& deed) { QTimer::singleShot(30, qApp, deed); }
+
+    vx3::gui::Dialog& Window() { return *desk.Windows().front(); }
+    Gadget& Find(int32_t id) { return *desk.FindGadget(Window(), id); }
+    QWidget& WidgetOf(int32_t id) { return *vx3::desktop::NativeOf(Find(id))->FocusWidget(); }
+    void ShowPage(Page page)
+    {
+        desk.UserSetValue(Find(idTabs), page);
+        LetGo();
+        Heard();
+    }
+    std::string Heard() { return gallery->Dump("list"); }
+};
+
+TEST_F(GesturesTest, AFineWheelMovesByWhatItTurnsAndTheModuleHearsOfWholeNotches)
+{
+    ShowPage(Areas);
+    Gadget& area = Find(idBandArea);
+    for (int part = 0; part < 8; ++part)
+        driver.Wheel(area, Find(idScroll).scrolled + Point{ 20, 20 }, -15, 0);
+    EXPECT_EQ(Find(idScroll).scrolled.y, 60) << "as far as one notch of a usual wheel";
+    EXPECT_EQ(Heard(), "band area: channel 7 value -120 at 20 72 qualifiers 0\n");
+    driver.Wheel(area, { 20, 80 }, -120, 0);
+    EXPECT_EQ(Find(idScroll).scrolled.y, 120);
+    Heard();
+    driver.Wheel(area, { 20, 140 }, -60, VX3_QUALIFIER_CTRL);
+    EXPECT_EQ(Find(idScroll).scrolled.y, 120) << "with a key held nobody knows yet whether it is a zoom";
+    EXPECT_EQ(Heard(), "");
+}
+
+// Counts the dots that are painted anew.
+class PaintWatch : public QObject
+{
+public:
+    explicit PaintWatch(QWidget& ownWidget)
+        : widget(ownWidget)
+    {
+        widget.installEventFilter(this);
+    }
+    int pixels = 0;
+
+protected:
+    bool eventFilter(QObject*, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint)
+            for (const QRect& part : static_cast<QPaintEvent*>(event)->region())
+                pixels += part.width() * part.height();
+        return false;
+    }
+
+private:
+    QWidget& widget;
+};
+
+TEST_F(GesturesTest, ScrollingPaintsWhatComesIntoViewAlone)
+{
+    ShowPage(Areas);
+    QWidget& area = WidgetOf(idBandArea);
+    PaintWatch watch(area);
+    desk.UserScrolled(Find(idScroll), { 0, 37 });
+    LetGo();
+    EXPECT_GE(watch.pixels, 37 * (area.width() - 2));
+    EXPECT_LE(watch.pixels, 40 * area.width());
+    watch.pixels = 0;
+    QApplication::setPalette(QPalette(Qt::darkBlue));
+    LetGo();
+    EXPECT_GE(watch.pixels, area.width() * area.height()) << "other colours, all of it";
+    vx3::desktop::SetLook(vx3::desktop::Brightness::Light);
+    LetGo();
+}
+
+TEST_F(GesturesTest, AMenuEndsWithoutAChoiceWhenItsWindowCloses)
+{
+    ShowPage(Areas);
+    Later([this] {
+        ASSERT_TRUE(QApplication::activePopupWidget());
+        gallery->Do(static_cast<int32_t>(GalleryDeed::CloseFromModule));
+    });
+    driver.Mouse(Find(idBandArea), { 15, 15 }, VX3_CHANNEL_RIGHT, 0, true, false);
+    EXPECT_NE(Heard().find("menu: 0\n"), std::string::npos);
+    EXPECT_TRUE(desk.Windows().empty());
+    EXPECT_FALSE(QApplication::activePopupWidget());
+}
+
+TEST_F(GesturesTest, AMenuAnswersTheRowThatIsTriggered)
+{
+    ShowPage(Areas);
+    Later([] {
+        auto* menu = dynamic_cast<QMenu*>(QApplication::activePopupWidget());
+        ASSERT_TRUE(menu);
+        EXPECT_TRUE(menu->actions()[1]->isChecked());
+        EXPECT_FALSE(menu->actions()[3]->isEnabled());
+        menu->actions()[0]->trigger();
+        menu->close();
+    });
+    driver.Mouse(Find(idBandArea), { 15, 15 }, VX3_CHANNEL_RIGHT, 0, true, false);
+    EXPECT_NE(Heard().find("menu: 5"), std::string::npos);
+}
+
+TEST_F(GesturesTest, ABandAtTheEdgeScrollsItsGroup)
+{
+    ShowPage(Areas);
+    Gadget& area = Find(idBandArea);
+    Later([this, &area] {
+        driver.MoveMouse(area, { 150, Find(idScroll).view.height + 30 }, 0);
+        EXPECT_TRUE(WaitFor([this] { return Find(idScroll).scrolled.y > 60; }));
+        const Point end = { 150, Find(idScroll).scrolled.y + 100 };
+        driver.Mouse(area, end, VX3_CHANNEL_LEFT, 0, false, false);
+    });
+    driver.Mouse(area, { 170, 150 }, VX3_CHANNEL_LEFT, 0, true, false);
+    const std::string heard = Heard();
+    EXPECT_NE(heard.find("rubber band: rectangle 150 150 170 "), std::string::npos) << heard;
+}
+
+TEST_F(GesturesTest, AModalWindowHoldsUpOthersUntilItCloses)
+{
+    bool wasBlocked = false;
+    Later([this, &wasBlocked] {
+        ASSERT_TRUE(WaitFor([] { return QApplication::activeModalWidget() != nullptr; }));
+        wasBlocked = desk.Windows().size() == 2;
+        desk.UserClosed(*desk.Windows().back());
+    });
+    desk.UserPressed(Find(idModal));
+    EXPECT_TRUE(wasBlocked);
+    EXPECT_NE(Heard().find("modal: 0"), std::string::npos);
+    EXPECT_FALSE(QApplication::activeModalWidget());
+}
+
+TEST_F(GesturesTest, APopupEditEndsWithTheFocusAndGivesItBack)
+{
+    gallery->Do(static_cast<int32_t>(GalleryDeed::FocusEdit));
+    LetGo();
+    QWidget* before = QApplication::focusWidget();
+    ASSERT_EQ(before, &WidgetOf(idEdit));
+    desk.UserPressed(Find(idRename));
+    LetGo();
+    QLineEdit* field = toolkit.GetPopupEdit().Field();
+    ASSERT_TRUE(field);
+    EXPECT_EQ(QApplication::focusWidget(), field);
+    EXPECT_EQ(Window().focus, &Find(idEdit)) << "for the module the gadget below it keeps the focus";
+    QKeyEvent escape(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QCoreApplication::sendEvent(field, &escape);
+    EXPECT_EQ(QApplication::focusWidget(), before);
+    EXPECT_NE(Heard().find("popup edit cancelled"), std::string::npos);
+}
+
+TEST_F(GesturesTest, FilesOfOtherProgramsAreDroppedOneByOne)
+{
+    ShowPage(Areas);
+    const QUrl plain(QStringLiteral("file:///tmp/a.png"));
+    const QUrl odd = QUrl::fromEncoded("file:///tmp/b%80%20c.png"); // a name that is no UTF-8
+    QMimeData data;
+    data.setUrls({ plain, QUrl(QStringLiteral("https://example.org/c.png")), odd });
+    QWidget& inside = *vx3::desktop::WindowOf(Window())->Inside();
+    QWidget& area = WidgetOf(idDropArea);
+    const QPoint at = area.mapTo(&inside, QPoint(10, 12));
+    QDragEnterEvent enter(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&inside, &enter);
+    EXPECT_TRUE(enter.isAccepted());
+    QDragMoveEvent move(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&inside, &move);
+    EXPECT_TRUE(move.isAccepted());
+    EXPECT_EQ(move.dropAction(), Qt::CopyAction);
+    QDropEvent drop(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&inside, &drop);
+    EXPECT_EQ(Heard(),
+              "window: drag 202 over gadget 43 at 10 12 qualifiers 0\n"
+              "window: drag 202 dropped gadget 43 at 10 12 qualifiers 0\n"
+              "window: drag 202 dropped gadget 43 at 10 12 qualifiers 0\n");
+}
+
+TEST_F(GesturesTest, TabGoesThroughTheGadgetsInTheOrderOfTheLayout)
+{
+    WidgetOf(idTabs).setFocus();
+    std::vector<int32_t> order;
+    for (int step = 0; step < 10; ++step) {
+        driver.Key(Window(), VX3_KEY_TAB, 0, u"\t");
+        const int32_t id = Window().focus ? Window().focus->shape.id : 0;
+        if (order.empty() || order.back() != id) // a date has three parts
+            order.push_back(id);
+    }
+    EXPECT_EQ(order, (std::vector<int32_t>{ idEdit, idMultiline, idNumber, idDate, idCheck, idToggle, idCombo, idFreeCombo }));
+    driver.Key(Window(), VX3_KEY_TAB, VX3_QUALIFIER_SHIFT, {});
+    EXPECT_EQ(Window().focus->shape.id, idCombo);
+}
+
+TEST_F(GesturesTest, AWindowThatIsClosedByItsFrameAsksItsModule)
+{
+    gallery->Do(static_cast<int32_t>(GalleryDeed::RefuseClose));
+    QWidget* frame = vx3::desktop::WindowOf(Window())->Frame();
+    EXPECT_FALSE(frame->close());
+    EXPECT_EQ(desk.Windows().size(), 1u);
+    gallery->Do(static_cast<int32_t>(GalleryDeed::RefuseClose));
+    frame->close();
+    EXPECT_TRUE(desk.Windows().empty());
+    EXPECT_FALSE(frame->isVisible());
+    LetGo();
+}
+
+} // namespace
