@@ -81,8 +81,10 @@ void IconPainter::DrawPicture(const Canvas& canvas, BrowserContentNode& node, Po
 
 void IconPainter::DrawCaption(const Canvas& canvas, BrowserContentNode& node, Point cell) const
 {
+    String name; // a copy: another thread may rename the node
+    node.GetName(name);
     const auto measure = [&canvas](Units run) { return canvas.TextWidth(run); };
-    const CaptionText caption(node.GetNameRef().View(), metrics.CaptionLimit(), measure);
+    const CaptionText caption(name.View(), metrics.CaptionLimit(), measure);
     canvas.DrawText(caption.View(), metrics.CaptionOrigin(cell, caption.Width()));
 }
 
