@@ -55,4 +55,14 @@ BitmapView ViewOf(const VX3Bitmap& bitmap)
     return { pixels.Width(), pixels.Height(), pixels.hasAlpha, pixels.Row(0), pixels.RowBytes() };
 }
 
+bool IsSizePlausible(int64_t width, int64_t height, int64_t fileLength)
+{
+    // One byte of deflate stands for at most 1,032 bytes, or 8,256 pixels of one bit.
+    constexpr int64_t pixelsOfOneByte = 8256;
+    constexpr int64_t alwaysAllowed = int64_t(1) << 24;
+    if (width < 1 || height < 1 || width > maximumSide || height > maximumSide || width * height > maximumPixelCount)
+        return false;
+    return width * height <= alwaysAllowed || width * height / pixelsOfOneByte <= fileLength;
+}
+
 } // namespace vx3::core

@@ -58,6 +58,9 @@ struct PixelRect {
     }
 };
 
+// False for what no file of this length can hold: guards memory from a few forged bytes.
+bool IsSizePlausible(int64_t width, int64_t height, int64_t fileLength);
+
 // Scales a rectangle of `source`, which must lie inside it, into a rectangle of another
 // picture; what falls outside that one is left out. False without memory.
 [[nodiscard]] bool ScalePixels(const Pixels& source, const PixelRect& from, Pixels& target, const PixelRect& to);

@@ -67,16 +67,6 @@ bool Encode(const Pixels& pixels, int32_t format, const SaveOptions& options, By
 
 } // namespace
 
-bool IsSizePlausible(int64_t width, int64_t height, int64_t fileLength)
-{
-    // One byte of deflate stands for at most 1,032 bytes, or 8,256 pixels of one bit.
-    constexpr int64_t pixelsOfOneByte = 8256;
-    constexpr int64_t alwaysAllowed = int64_t(1) << 24;
-    if (width < 1 || height < 1 || width > maximumSide || height > maximumSide || width * height > maximumPixelCount)
-        return false;
-    return width * height <= alwaysAllowed || width * height / pixelsOfOneByte <= fileLength;
-}
-
 int32_t LoadPicture(const VX3Path& path, int32_t frame, Pixels& pixels)
 {
     PictureFile file;

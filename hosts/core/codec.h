@@ -32,9 +32,6 @@ int32_t LoadPicture(const VX3Path& path, int32_t frame, Pixels& pixels);
 int32_t SavePicture(const Pixels& pixels, const VX3Path& path, int32_t format, const SaveOptions& options);
 bool InspectPicture(const VX3Path& path, PictureHead& head);
 
-// False for what no file of this length can hold: guards memory from a few forged bytes.
-bool IsSizePlausible(int64_t width, int64_t height, int64_t fileLength);
-
 // One pair for each library. Decoders give a VX3_IMAGE value; encoders append nothing on failure.
 int32_t DecodePng(PictureBytes bytes, Pixels& pixels);
 bool EncodePng(const Pixels& pixels, bool withAlpha, ByteBuffer& bytes);

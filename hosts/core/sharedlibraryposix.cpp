@@ -1,6 +1,8 @@
 #include "sharedlibrary.h"
 
+#include <climits>
 #include <dlfcn.h>
+#include <unistd.h>
 
 namespace vx3::core {
 
@@ -22,6 +24,14 @@ void* FindSymbol(void* library, const char* name)
 void CloseLibrary(void* library)
 {
     dlclose(library);
+}
+
+std::string ProgramFolder()
+{
+    char buffer[PATH_MAX];
+    const ssize_t length = readlink("/proc/self/exe", buffer, sizeof buffer);
+    const std::string file(buffer, length > 0 ? static_cast<size_t>(length) : 0);
+    return file.substr(0, file.rfind('/') == std::string::npos ? 0 : file.rfind('/'));
 }
 
 } // namespace vx3::core
