@@ -154,7 +154,6 @@ void BrowserDialog::GoToHistory()
     ContentRef node;
     (void)history.Get(0, text);
     currentUrl.SetText(text);
-    restoreNode = false;
     BrowserURL url(text);
     FindNodeByUrl(url, FindPlain, ContentRef(), node);
     GoTo(std::move(node));
@@ -236,10 +235,9 @@ void BrowserDialog::SelectLater(ContentRef child)
     events.Post(BrowserEvent::Type::Select, NodeRef(child));
 }
 
-void BrowserDialog::ActivateGadget(int32_t id)
+bool BrowserDialog::ActivateGadget(int32_t id)
 {
-    if (id == Gadget::folderPane)
-        folderDialog.ActivateView();
+    return id == Gadget::folderPane && folderDialog.ActivateView();
 }
 
 // --- Announcements ---

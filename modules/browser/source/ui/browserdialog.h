@@ -49,13 +49,13 @@ public:
     bool CanGoForward() const { return history.CanGoForward(); }
 
     // The window.
-    bool OpenWindow(int32_t slot); // at the stored size
-    bool RestoreWindow(int32_t slot);
+    bool OpenWindow(int32_t slot);                             // at the stored size
+    bool RestoreWindow(int32_t slot, const BrowserURL& start); // it is at the start unless its layout says where
     FolderContentDialog& Pane() { return folderDialog; }
     void OpenInNewWindow(ContentRef node) override;
     void SelectLater(ContentRef child) override;
     void UpdateSelectionPanes(bool force) override;
-    void ActivateGadget(int32_t id) override;
+    bool ActivateGadget(int32_t id) override;
     bool IsSingleClick() const override { return singleClick; }
     void ToggleSingleClick() override { singleClick = !singleClick; }
     bool IsHandling() const { return handling > 0; } // a callback of it is running
@@ -113,8 +113,7 @@ private:
     void StoreSize(const BaseContainer& message);
     void RestoreFrom(const BaseContainer& message);
     void SaveInto(BaseContainer& result);
-    ContentRef NodeOfStored() const;
-    void ResolveStored();
+    void GoToStored();
     void TakeFocus();
 
     BrowserHistory history;
@@ -126,7 +125,7 @@ private:
     String title;
     uint32_t lastChangeCount = 0;
     bool panesAreStale = true; // whatever the list's count says
-    bool restoreNode = false;  // currentUrl is to be resolved at the next chance
+    bool restoreNode = false;  // currentUrl is to be resolved when the window is laid out
     bool layoutLoaded = false; // the window came from a saved layout
     bool fixedUrl = false;     // which gave the URL too: it is not remembered as the last place
     bool compact = false;

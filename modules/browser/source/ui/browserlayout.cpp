@@ -54,17 +54,18 @@ bool BrowserDialog::OpenWindow(int32_t slot)
     return Open(place);
 }
 
-bool BrowserDialog::RestoreWindow(int32_t slot)
+bool BrowserDialog::RestoreWindow(int32_t slot, const BrowserURL& start)
 {
+    currentUrl = start;
+    restoreNode = true;
     return Restore(browserCommandId, slot);
 }
 
-// A stored URL becomes a node before the pane is laid out, which finds its entries by it.
 bool BrowserDialog::CreateLayout()
 {
     WindowHold hold(*this);
     if (restoreNode)
-        folderDialog.SetNode(NodeOfStored(), false, ContentRef(), ViewMode::Unchanged);
+        GoToStored();
     if (!LoadLayout(windowLayout) || !BuildPanes())
         return false;
     BuildMenu();
@@ -85,31 +86,24 @@ bool BrowserDialog::InitValues()
 {
     WindowHold hold(*this);
     SetActiveDialog(this);
-    if (restoreNode)
-        ResolveStored();
     ShowPossibleSteps();
     (void)SetTimer(timerInterval);
     folderDialog.ActivateView();
     return true;
 }
 
-ContentRef BrowserDialog::NodeOfStored() const
-{
-    BrowserURL url = currentUrl;
-    ContentRef node;
-    FindNodeByUrl(url, FindPlain, ContentRef(), node);
-    return node;
-}
-
-void BrowserDialog::ResolveStored()
+// Before the pane is laid out, which finds its entries by the node. A layout means its place
+// or none; of where windows start, what is left of it is shown.
+void BrowserDialog::GoToStored()
 {
     restoreNode = false;
-    ContentRef node = NodeOfStored();
-    if (node)
-        node->Populate();
-    Going going;
-    going.force = true;
-    GoTo(std::move(node), going);
+    BrowserURL url = currentUrl;
+    ContentRef node;
+    if (fixedUrl)
+        FindNodeByUrl(url, FindPlain, ContentRef(), node);
+    else if (url.HasContent())
+        FindNearestNode(url, node);
+    GoTo(std::move(node));
 }
 
 void BrowserDialog::DestroyWindow()
@@ -251,7 +245,7 @@ void BrowserDialog::RestoreFrom(const BaseContainer& message)
     singleClick = saved->GetInt32(SavedKey::singleClick, 0) != 0;
     if (!compact)
         return;
-    fixedUrl = restoreNode = true;
+    fixedUrl = true;
     currentUrl.SetText(saved->GetText(SavedKey::url));
 }
 

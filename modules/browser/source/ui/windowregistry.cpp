@@ -78,15 +78,6 @@ bool OpenInSlot(int32_t slot, ContentRef node)
     return false;
 }
 
-ContentRef NodeOfStartUrl()
-{
-    BrowserURL url(GetPreferenceText(Preference::StartUrl));
-    ContentRef node;
-    if (url.HasContent())
-        FindNearestNode(url, node);
-    return node;
-}
-
 } // namespace
 
 bool OpenBrowserWindow(ContentRef node)
@@ -114,8 +105,7 @@ bool RestoreBrowserWindow(int32_t slot)
     BrowserDialog* window = MakeWindow(slot);
     if (!window)
         return false;
-    window->GoTo(NodeOfStartUrl());
-    if (window->RestoreWindow(slot))
+    if (window->RestoreWindow(slot, BrowserURL(GetPreferenceText(Preference::StartUrl))))
         return true;
     SetWindow(slot, nullptr);
     return false;
