@@ -39,7 +39,7 @@ Inside::~Inside()
         --dialog->calls;
     // The window first: the dialogs inside go with it.
     for (auto dialog = chain.rbegin(); dialog != chain.rend(); ++dialog)
-        if ((*dialog)->calls == 0 && (*dialog)->life.wantsClose && !(*dialog)->life.isLeaving)
+        if ((*dialog)->calls == 0 && (*dialog)->life.wantsClose && !IsLeaving(**dialog))
             CloseNow(desk, **dialog);
 }
 

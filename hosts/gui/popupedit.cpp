@@ -23,7 +23,7 @@ void PopupEdits::Open(PopupEdit edit)
 void PopupEdits::Change(const std::u16string& text)
 {
     current.text = text;
-    PopupEdit(current).Tell(VX3_EDIT_CHANGED); // a copy: the callback may end it
+    current.Tell(VX3_EDIT_CHANGED);
 }
 
 void PopupEdits::End(int32_t reason)

@@ -18,7 +18,7 @@ struct PopupEdit {
     void* user = nullptr;
     std::u16string text;
 
-    void Tell(int32_t reason) const;
+    void Tell(int32_t reason) const; // it may be gone afterwards
 };
 
 class PopupEdits

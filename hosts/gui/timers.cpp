@@ -22,7 +22,7 @@ std::vector<VX3Dialog> Timers::Due(int64_t now) const
 {
     std::vector<VX3Dialog> due;
     for (const auto& [dialog, timer] : timers)
-        if (timer.interval > 0 && !timer.isRunning && timer.due <= now)
+        if (timer.interval > 0 && timer.due <= now)
             due.push_back(dialog);
     std::stable_sort(due.begin(), due.end(), [this](VX3Dialog a, VX3Dialog b) { return timers.at(a).due < timers.at(b).due; });
     return due;

@@ -54,8 +54,6 @@ public:
         EXPECT_EQ(made.erase(&gadget), 1u) << "what is dropped was made, and only once";
         for (const auto& child : gadget.children)
             EXPECT_FALSE(made.count(child.get())) << "children are dropped first";
-        if (gadget.dialog->Window().focus == &gadget)
-            desk->FocusMoved(gadget.dialog->Window(), nullptr);
     }
     void FocusGadget(Gadget& gadget) override { desk->FocusMoved(gadget.dialog->Window(), &gadget); }
     void ResizeWindow(Dialog&, Size inside) override { resized = inside; }

@@ -134,6 +134,42 @@ TEST_F(Nest, AClosingInsideACallbackWaitsForItsEnd)
     EXPECT_EQ(log.Take(), std::string("A inta, area input, still there, ") + closing);
 }
 
+TEST_F(Nest, AWindowThatClosesTakesADialogInsideAlong)
+{
+    area.on["input"] = [this] {
+        EXPECT_TRUE(Dialogs().close(first.handle, 0));
+        EXPECT_TRUE(Dialogs().close(window.handle, 0));
+    };
+    ASSERT_TRUE(window.Open());
+    log.Take();
+    desk.Feed(Find(AreaPlace), {});
+    EXPECT_EQ(log.Take(), std::string("A inta, area input, ") + closing);
+
+    area.on["input"] = [this] { EXPECT_TRUE(Dialogs().close(first.handle, 0)); };
+    ASSERT_TRUE(window.Open());
+    log.Take();
+    desk.Feed(Find(AreaPlace), {});
+    EXPECT_EQ(log.Take(), "A inta, area input, I visF, A visF, I destroyWindow, A destroyWindow");
+    EXPECT_TRUE(window.IsOpen());
+}
+
+TEST_F(Nest, FreedInItsFirstAndInItsLastCallbackItIsDestroyedOnce)
+{
+    first.on["destroyWindow"] = [this] { first.Free(); };
+    ASSERT_TRUE(window.Open());
+    log.Take();
+    Dialogs().close(window.handle, 0);
+    EXPECT_EQ(log.Take(), closing);
+
+    second.on["initValues"] = [this] { second.Free(); };
+    window.on["createLayout"] = [this] {
+        Add(window, ShapeOf(VX3_GADGET_SUBDIALOG, SecondPlace, fills));
+        Dialogs().attach(second.handle, window.handle, SecondPlace);
+    };
+    ASSERT_TRUE(window.Open());
+    EXPECT_EQ(log.Take(), "W createLayout, B createLayout, B initValues, B destroyWindow, W initValues") << "it was never to be seen";
+}
+
 // Opens the window and lets everything happen that runs callbacks, as far as it is still there.
 void Nest::LiveThrough()
 {
@@ -169,6 +205,7 @@ TEST_F(Nest, AnythingMayBeFreedInAnyCallback)
                         before();
                     freed += victim->handle != 0;
                     victim->Free();
+                    desk.Deliver(); // as in a box: what was freed is still on the stack
                     log.Take();
                     log.Add("freed");
                 };

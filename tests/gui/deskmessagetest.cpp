@@ -46,6 +46,19 @@ protected:
     ModuleArea area{ log, "area" };
 };
 
+class NoCanvas : public Canvas
+{
+public:
+    void SetClip(const Place&) override { }
+    void ClearClip() override { }
+    void SetPen(Colour) override { }
+    void SetTextColour(Colour) override { }
+    void Fill(const Place&) override { }
+    void Line(Point, Point) override { }
+    void DrawBitmap(const VX3Bitmap*, const Place&, const Place&, bool) override { }
+    void DrawText(std::u16string_view, Point) override { }
+};
+
 TEST_F(DeskMessages, TimersKeepTheirPaceAndNeverEnterThemselves)
 {
     ModuleDialog other(log, "O");
@@ -111,6 +124,11 @@ TEST_F(DeskMessages, CoreMessagesReachAllDialogsInTheOrderOfOpening)
     desk.Deliver();
     EXPECT_EQ(log.Take(), "W core 6, P core 6, L core 6") << "what is posted meanwhile comes with the next turn";
     EXPECT_FALSE(desk.HasPosted());
+
+    window.on["core 5"] = [this] { Dialogs().detach(pane.handle); };
+    Post(5);
+    desk.Deliver();
+    EXPECT_EQ(log.Take(), "W core 5, P visF, P destroyWindow, L core 5") << "who closes meanwhile gets nothing";
 }
 
 TEST_F(DeskMessages, ACoreMessageHasItsValuesAndARisingNumber)
@@ -156,6 +174,7 @@ TEST_F(DeskMessages, PostedMessagesComeLaterAndAreForgottenWithTheirDialog)
     EXPECT_EQ(log.Take(), "area 8, area 9, P 7, P 7");
     EXPECT_TRUE(desk.HasPosted());
     area.on.clear();
+    Dialogs().post(pane.handle, 7);
     Dialogs().detach(pane.handle);
     Dialogs().attach(pane.handle, window.handle, Place1);
     log.Take();
@@ -278,6 +297,39 @@ TEST_F(DeskMessages, TheFocusIsToldToWhatItEntersAndLeaves)
     EXPECT_EQ(log.Take(), "P visF, P destroyWindow");
     desk.Deliver();
     EXPECT_EQ(log.Take(), "W bLFC") << "the focus went with the pane";
+}
+
+TEST_F(DeskMessages, NothingIsToldAndDrawnBeforeTheValuesAreThere)
+{
+    window.hearsFocus = true;
+    bool isDrawn = false;
+    area.onDraw = [&](VX3Canvas, const VX3Rectangle&) { isDrawn = true; };
+    pane.on["initValues"] = [&] { // in the middle of a box
+        Dialog& opening = *toolkit.windows.at(0);
+        desk.FocusMoved(opening, desk.FindGadget(opening, Field));
+        NoCanvas canvas;
+        desk.Paint(*desk.FindGadget(opening, AreaPlace), canvas, { 0, 0, 9, 9 });
+    };
+    OpenPane();
+    EXPECT_FALSE(isDrawn);
+    desk.Deliver();
+    EXPECT_EQ(log.Take(), "W bGFC");
+    NoCanvas canvas;
+    desk.Paint(Find(AreaPlace), canvas, { 0, 0, 9, 9 });
+    EXPECT_TRUE(isDrawn);
+}
+
+// Without an area in it nobody has heard of a size.
+TEST_F(DeskMessages, WhatAScrollGroupShowsAtFirstIsNoChange)
+{
+    window.on["createLayout"] = [this] {
+        Begin(window, ShapeOf(VX3_GADGET_SCROLL, Scroll, fills));
+        Add(window, ShapeOf(VX3_GADGET_BUTTON, Field, 0, 10, 1000));
+    };
+    ASSERT_TRUE(window.Open());
+    EXPECT_EQ(log.Take(), "W createLayout, W initValues");
+    desk.UserScrolled(Find(Scroll), { 0, 10 });
+    EXPECT_EQ(log.Take(), "W scrs");
 }
 
 // A pane that takes the focus in its own message, as its module may.

@@ -258,6 +258,31 @@ TEST_F(DeskDrag, GoesToTheDialogUnderThePointer)
     EXPECT_TRUE(hasMoved);
 }
 
+TEST_F(DeskDrag, FindsWhatIsSeenThroughAScrollGroup)
+{
+    enum : int32_t { Scroll = 40, Column = 41, Upper = 42, Lower = 43 };
+    ModuleDialog list(log, "L");
+    list.on["createLayout"] = [&] {
+        Begin(list, ShapeOf(VX3_GADGET_SCROLL, Scroll, fills));
+        Begin(list, ShapeOf(VX3_GADGET_GROUP, Column, fills));
+        Add(list, ShapeOf(VX3_GADGET_BUTTON, Upper, VX3_FLAG_FIT_H, 0, 200));
+        Add(list, ShapeOf(VX3_GADGET_BUTTON, Lower, VX3_FLAG_FIT_H, 0, 200));
+    };
+    list.onMessage = [&](int32_t code, const VX3Container* message, VX3Container*) {
+        if (code == VX3_GUI_DRAG)
+            log.Add(std::to_string(Containers().getInt32(message, VX3_DRAG_KEY_GADGET, 0)));
+    };
+    ASSERT_TRUE(list.Open({ 8, 0, -1, -1, 100, 100 }));
+    log.Take();
+    const Point inside = { 1010, 550 };
+    const Point onBar = { 1095, 550 };
+    desk.MoveForeignDrag(inside, 0, VX3_DRAG_FILE, &data);
+    desk.UserScrolled(Find(Scroll, 1), { 0, 300 });
+    desk.MoveForeignDrag(inside, 0, VX3_DRAG_FILE, &data);
+    desk.MoveForeignDrag(onBar, 0, VX3_DRAG_FILE, &data);
+    EXPECT_EQ(log.Take(), "42, L 10003, L scrs, 43, L 10003, 40, L 10003");
+}
+
 TEST_F(DeskDrag, EndsBeforeItsWindowDoes)
 {
     EXPECT_EQ(RunDrag([&] {
