@@ -18,7 +18,7 @@ from dataclasses import dataclass
 
 import makedata
 
-GROUPS = ("list", "walk", "view", "lists", "index", "growth")
+GROUPS = ("list", "walk", "view", "lists", "grid", "start", "index", "growth")
 ALL = "listing"
 
 OURS = "vx3"
@@ -26,6 +26,9 @@ BARE = "bare loop"
 LS = "ls -lU"
 QDIR = "QDir"
 QMODEL = "QFileSystemModel"
+QVIEW = "QListView"
+PAINTER = "QPainter"
+QWINDOW = "an empty window"
 COLLATOR = "QCollator"
 CRC = "CRC-32"
 
@@ -61,6 +64,11 @@ GOALS = [
     Goal("lists", "refresh_ms.100000", 0.15, OURS, "refresh_sort_ms.100000", "vx3, one sort"),
     Goal("lists", "sync_all_new_ms.100000", 15, OURS, "sync_all_new_ms.10000", "vx3, 10,000"),
     Goal("lists", "select_node_us.100000", 3, OURS, "select_node_us.1000", "vx3, 1,000"),
+    Goal("grid", "full_frame_ms.10000", 0.4, QVIEW),
+    Goal("grid", "scroll_frame_ms.10000", 0.4, QVIEW),
+    Goal("grid", "full_frame_ms.10000", 3, PAINTER, "direct_frame_ms.10000"),
+    Goal("grid", "show_ms.10000", 0.7, QMODEL),
+    Goal("start", "start_ms", 2, QWINDOW),
     Goal("index", "crc_ns_per_byte", 1.1, CRC, "slice8_ns_per_byte", "slice by 8"),
     Goal("index", "hash_url_ns", 0.5, CRC, "bytewise_url_ns", "bytewise"),
     Goal("growth", "find_url_us.100000", 2, OURS, "find_url_us.1000", "vx3, 1,000"),
@@ -106,6 +114,16 @@ def ListContenders(program, data):
     yield Contender("view", COLLATOR, comparator("qtsort"))
     yield Contender("view", OURS, [program, "view"])
     yield Contender("lists", OURS, [program, "lists"])
+    medium = folder("flat10k")
+    inWindow = os.path.join(os.path.dirname(os.path.abspath(program)), "vx3-gridbench")
+    yield Contender("grid", QVIEW, comparator("qtgrid", "list", "10000", "64"))
+    yield Contender("grid", PAINTER, comparator("qtgrid", "direct", "10000", "64"))
+    yield Contender("grid", QMODEL, comparator("qtgrid", "folder", medium, "64"))
+    yield Contender("grid", OURS, [inWindow, "frames", "10000", "25"])
+    yield Contender("grid", OURS, [inWindow, "show", medium])
+    studio = os.path.join(os.path.dirname(os.path.abspath(program)), "vx3-studio")
+    yield Contender("start", QWINDOW, comparator("qtempty"), "start_ms")
+    yield Contender("start", OURS, [studio, "--until-painted", "--profile", os.path.join(data, "profile"), folder("flat1k")], "start_ms")
     yield Contender("index", CRC, comparator("crcloops"))
     yield Contender("index", OURS, [program, "index"])
     yield Contender("growth", OURS, [program, "growth"])

@@ -39,6 +39,7 @@ const QList<QCommandLineOption>& OptionList()
         option("scale", "Dots of the screen for each pixel, such as 1.5.", "F"),
         option("script", "Play the script FILE, print what it dumps, and leave.", "FILE"),
         option("folder", "Where the script makes its files; one of its own if not given.", "DIR"),
+        option("until-painted", "Leave when the first window with its content has been painted, to measure how long that takes."),
         option("dark", "Dark colours."),
         option("light", "Light colours."),
         QCommandLineOption({ QStringLiteral("h"), QStringLiteral("help") }, QStringLiteral("Tell about the options and leave.")),
@@ -123,6 +124,7 @@ std::string ParseOptions(const std::vector<std::string>& words, StudioOptions& o
     const auto isSet = [&parser](const char* name) { return parser.isSet(QString::fromLatin1(name)); };
     options.wantsHelp = isSet("help");
     options.wantsVersion = isSet("version");
+    options.untilPainted = isSet("until-painted");
     options.profile = ToBytes(value("profile"));
     options.language = ToBytes(value("lang"));
     options.module = ToBytes(value("module"));

@@ -26,6 +26,7 @@ struct StudioOptions {
     QSize size;         // of the window in a shot
     double scale = 0;   // of the screen; 0: as it is
     Brightness brightness = Brightness::Desktop;
+    bool untilPainted = false; // leaves then
     bool wantsHelp = false;
     bool wantsVersion = false;
 };

@@ -16,6 +16,7 @@
 #include "gui/browserscript.h"
 #include "headless/threadstate.h"
 #include "qtdriver.h"
+#include "qtsurface.h"
 #include "qtwindow.h"
 #include "studiotexts.h"
 #include "studiowindow.h"
@@ -121,6 +122,19 @@ int PlayIn(const std::string& folder, const std::string& text, StudioOptions opt
     return static_cast<int>(failed.empty() && isClean ? Exit::Done : Exit::SomeFailed);
 }
 
+// Ends the program when an area of a window has been painted.
+class FirstPainting final : public QObject
+{
+public:
+    FirstPainting() { qApp->installEventFilter(this); }
+    bool eventFilter(QObject* object, QEvent* event) override
+    {
+        if (event->type() == QEvent::Paint && dynamic_cast<Surface*>(object))
+            QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+        return false;
+    }
+};
+
 } // namespace
 
 void Complain(const std::string& sentence)
@@ -139,6 +153,9 @@ int RunStudio(const StudioOptions& options)
     if (Failure failure = session.OpenPlace(options.place))
         return Refuse(failure);
     window.show();
+    std::unique_ptr<FirstPainting> firstPainting;
+    if (options.untilPainted)
+        firstPainting = std::make_unique<FirstPainting>();
     return QApplication::exec();
 }
 
