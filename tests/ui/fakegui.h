@@ -28,8 +28,9 @@ public:
     const VX3GuiServices* Services() const { return &services; }
 
     // The host.
-    int32_t width = 270, height = 160; // of what the scroll group shows
-    bool hasFocus = true;
+    int32_t width = 270, height = 160;                 // of what the scroll group shows
+    bool hasFocus = true;                              // of the area
+    int32_t focusInside = 0;                           // or a gadget that has it inside
     std::function<int32_t(VX3Rectangle& band)> onBand; // these three run nested
     std::function<bool(int32_t type, void* data)> onDrag;
     std::function<int32_t()> onMenu;

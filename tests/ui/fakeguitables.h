@@ -36,6 +36,7 @@ inline void FakeGui::FillGadgets()
         current->enabled[id] = on;
         return 1;
     };
+    gadget.hasFocus = [](VX3Dialog, int32_t id) -> VX3Bool { return id == current->focusInside; };
     gadget.setText = [](VX3Dialog, int32_t id, const VX3String* text) -> VX3Bool {
         current->texts[id] = core::ToUtf8(*text);
         return 1;

@@ -421,6 +421,11 @@ TEST_F(FolderPane, FocusGoesToTheView)
     EXPECT_EQ(gui.Calls(), "redraw") << "what is selected looks different";
     EXPECT_FALSE(gui.Tell(VX3_GUI_FOCUS_LOST));
     EXPECT_FALSE(pane->HasFocus());
+    gui.hasFocus = false;
+    gui.focusInside = 10125;
+    EXPECT_TRUE(gui.Tell(VX3_GUI_FOCUS_GOT));
+    EXPECT_FALSE(gui.hasFocus) << "a control keeps it";
+    EXPECT_TRUE(pane->HasFocus());
     EXPECT_FALSE(gui.Tell(VX3_GUI_HIDING));
 }
 

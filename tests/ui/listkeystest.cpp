@@ -128,6 +128,9 @@ TEST_F(ListKeys, KeysThatAct)
                                            Pressed('A', ctrl), Pressed(VX3_KEY_SPACE, plain) })
         EXPECT_FALSE(gui.Key(key, qualifiers)) << key;
     EXPECT_EQ(window->Did(), "");
+    window->hasTree = false;
+    EXPECT_FALSE(gui.Key(VX3_KEY_TAB));
+    EXPECT_EQ(window->Did(), " activate 10059") << "the key goes on to the next gadget";
 }
 
 TEST_F(ListKeys, AnEmptyFolderTakesAllKeys)

@@ -93,7 +93,11 @@ public:
     bool GoForward() override { return !(did += " forward").empty(); }
     void SelectLater(browser::ContentRef child) override { did += " later " + Utf8(child->GetNameRef()); }
     void UpdateSelectionPanes(bool) override { did += " update"; }
-    void ActivateGadget(int32_t id) override { did += " activate " + std::to_string(id); }
+    bool ActivateGadget(int32_t id) override
+    {
+        did += " activate " + std::to_string(id);
+        return hasTree;
+    }
     bool IsSingleClick() const override { return singleClick; }
     void ToggleSingleClick() override { singleClick = !singleClick; }
     browser::BackgroundWork* GetWork() override { return work; }
@@ -102,6 +106,7 @@ public:
     std::string Did() { return std::exchange(did, {}); }
 
     bool singleClick = false;
+    bool hasTree = true;
     int handling = 0;
     browser::BackgroundWork* work = nullptr;
 

@@ -253,9 +253,9 @@ void FolderContentDialog::ShowContextMenu()
         RunFolderCommand(host->gui->menu->popup(Handle(), menu.Value(), atPointer, atPointer), *this, facts);
 }
 
-void FolderContentDialog::ActivateView()
+bool FolderContentDialog::ActivateView()
 {
-    (void)activeView->Activate();
+    return activeView->Activate();
 }
 
 // --- The life of the dialog ---
@@ -328,14 +328,21 @@ bool FolderContentDialog::Message(int32_t code, const BaseContainer& message, Ba
             activeView->UpdateVisibleRange();
         return false;
     case VX3_GUI_HIDING: StorePosition(node); return false;
-    case VX3_GUI_FOCUS_GOT:
-        hasFocus = true;
-        ActivateView();
-        return true;
+    case VX3_GUI_FOCUS_GOT: return TakeFocus();
     case VX3_GUI_FOCUS_LOST: hasFocus = false; return false;
     case VX3_GUI_DRAG: return TakeDrag(DragInfo(message));
     default: return false;
     }
+}
+
+// Kept: a pane that gets the focus hands it to its view, and consumes the message. Only the controls
+// below the view keep a focus that the user has brought to them.
+bool FolderContentDialog::TakeFocus()
+{
+    hasFocus = true;
+    if (!SubDialog::HasFocus(PaneGadget::status))
+        (void)ActivateView();
+    return true;
 }
 
 // --- Drags ---

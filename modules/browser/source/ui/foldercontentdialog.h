@@ -63,7 +63,7 @@ public:
     void GoUp();
     void ShowContextMenu();
     bool HasFocus() const { return hasFocus; }
-    void ActivateView();
+    bool ActivateView(); // gives it the focus
     IconListView& View() { return iconView; }
     PaneWindow& Window() const { return *window; }
 
@@ -87,6 +87,7 @@ private:
 
     void ReadViewSettings();
     void ChangeZoom(double wanted);
+    bool TakeFocus();
     bool TakeDrag(const DragInfo& drag);
     void ShowDropTarget(const DragInfo& drag);
     void ShowNewSelection();

@@ -111,10 +111,8 @@ bool IconListView::MeetsCell(const EntrySelection& entries, int32_t index, const
 
 bool IconListView::PressKey(const InputEvent& event)
 {
-    const KeyAnswer answer = AnswerKey(event);
-    if (answer.action == KeyAction::NotConsumed)
+    if (!CarryOut(AnswerKey(event)))
         return false;
-    CarryOut(answer);
     Window().UpdateSelectionPanes(false);
     return true;
 }
@@ -127,17 +125,18 @@ KeyAnswer IconListView::AnswerKey(const InputEvent& event) const
                          { part.y1, part.y2 });
 }
 
-void IconListView::CarryOut(const KeyAnswer& answer)
+bool IconListView::CarryOut(const KeyAnswer& answer)
 {
     switch (answer.action) {
-    case KeyAction::GoUp: return Dialog().GoUp();
-    case KeyAction::OpenFirst: return Dialog().Open(ToContent(List().GetNode(List().GetState().first)), false);
-    case KeyAction::FocusTree: return Window().ActivateGadget(Gadget::tree);
-    case KeyAction::Scroll: return ScrollTo({ SeenPart().x1, answer.seen.top });
-    case KeyAction::Select: return SelectBlock(answer);
-    case KeyAction::NotConsumed:
+    case KeyAction::NotConsumed: return false;
+    case KeyAction::FocusTree: return Window().ActivateGadget(Gadget::tree); // Without one the host knows where to go.
+    case KeyAction::GoUp: Dialog().GoUp(); break;
+    case KeyAction::OpenFirst: Dialog().Open(ToContent(List().GetNode(List().GetState().first)), false); break;
+    case KeyAction::Scroll: ScrollTo({ SeenPart().x1, answer.seen.top }); break;
+    case KeyAction::Select: SelectBlock(answer); break;
     case KeyAction::Nothing: break;
     }
+    return true;
 }
 
 void IconListView::SelectBlock(const KeyAnswer& answer)

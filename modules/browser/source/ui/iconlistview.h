@@ -34,7 +34,7 @@ private:
     void DrawEntries(const Canvas& canvas, const EntrySelection& entries, const Rectangle& dirty) const;
     void DrawDropFrame(const Canvas& canvas) const;
     KeyAnswer AnswerKey(const InputEvent& event) const;
-    void CarryOut(const KeyAnswer& answer);
+    bool CarryOut(const KeyAnswer& answer); // false: the key is for somebody else
     void SelectBlock(const KeyAnswer& answer);
 
     GridLayout grid;

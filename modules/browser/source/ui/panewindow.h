@@ -27,7 +27,7 @@ public:
     virtual bool GoForward() = 0;
     virtual void SelectLater(ContentRef child) = 0; // at the next tick, also if the window is not open yet
     virtual void UpdateSelectionPanes(bool force) = 0;
-    virtual void ActivateGadget(int32_t id) = 0;
+    virtual bool ActivateGadget(int32_t id) = 0; // false: it is not there, and the focus stays where it is
     virtual bool IsSingleClick() const = 0;
     virtual void ToggleSingleClick() = 0;
     virtual BackgroundWork* GetWork() { return nullptr; }
