@@ -87,7 +87,8 @@ bool BrowserDialog::Describe(const char* what, String& text)
         lines.Add("sort ").Add(static_cast<int64_t>(folderDialog.GetSortKey())).Add("\n");
         lines.Add("zoom ").Add(static_cast<int64_t>(folderDialog.GetZoom() * 100 + 0.5)).Add("\n"); // percent
         const ScrollPlace place = folderDialog.GetPlace();
-        lines.Add("at ").Add(place.index).Add(" rest ").Add(place.offset).Add("\n");
+        lines.Add("at ").Add(place.index).Add(" rest ").Add(place.offset);
+        lines.Add(" top ").Add(folderDialog.View().SeenPart().y1).Add("\n"); // pixels
     } else {
         return false;
     }
