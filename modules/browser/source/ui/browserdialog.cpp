@@ -242,21 +242,26 @@ bool BrowserDialog::ActivateGadget(int32_t id)
 
 // --- Announcements ---
 
+bool BrowserDialog::IsShown(const RTreeNode* node) const
+{
+    return node && announcedFor.load(std::memory_order_relaxed) == node;
+}
+
 void BrowserDialog::NodeChanged(const ContentRef& node)
 {
-    if (node && announcedFor.load(std::memory_order_relaxed) == node.Get())
+    if (IsShown(node.Get()))
         events.Post(BrowserEvent::Type::ClearSelection, NodeRef(node));
 }
 
 void BrowserDialog::NodeChangedWithChild(const ContentRef& child, const RTreeNode* parent)
 {
-    if (child && announcedFor.load(std::memory_order_relaxed) == parent)
+    if (child && IsShown(parent))
         events.Post(BrowserEvent::Type::Select, NodeRef(child));
 }
 
 void BrowserDialog::ChildLeft(const ContentRef& child, const RTreeNode* parent)
 {
-    if (child && announcedFor.load(std::memory_order_relaxed) == parent)
+    if (child && IsShown(parent))
         events.Post(BrowserEvent::Type::Deselect, NodeRef(child));
 }
 

@@ -97,6 +97,8 @@ private:
     void GoToRoot(int32_t index);
     String NameOfRow(const String& url) const;
 
+    bool IsShown(const RTreeNode* node) const; // any thread
+
     // The timer's steps.
     void DrainEvents();
     bool Select(const NodeRef& node, bool selected, bool& reloaded);

@@ -113,6 +113,7 @@ void BrowserDialog::DestroyWindow()
     BrowserURL url = currentUrl;
     SetCurrentNode(ContentRef());
     currentUrl = url;
+    events.Clear();
 }
 
 // --- Menu ---

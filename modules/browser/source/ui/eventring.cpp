@@ -27,6 +27,12 @@ bool EventRing::Take(BrowserEvent& out)
     return true;
 }
 
+void EventRing::Clear()
+{
+    BrowserEvent event;
+    while (Take(event)) { }
+}
+
 bool EventRing::HasPending()
 {
     LockGuard guard(lock, LockRank::Event);

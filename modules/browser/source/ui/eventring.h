@@ -33,6 +33,7 @@ public:
     // The oldest event; false if there is none.
     [[nodiscard]] bool Take(BrowserEvent& out) CB_NOT_HELD(lock);
     bool HasPending() CB_NOT_HELD(lock);
+    void Clear() CB_NOT_HELD(lock); // gives back what is pending
 
 private:
     HostLock lock;
