@@ -148,7 +148,8 @@ protected:
     // The one that was opened has the focus.
     browser::BrowserDialog& Open(const browser::ContentRef& node)
     {
-        EXPECT_TRUE(browser::OpenBrowserWindow(node));
+        if (!browser::OpenBrowserWindow(node))
+            throw std::logic_error("no window opened");
         gui.GetToolkit().Turn();
         return *browser::ActiveDialog();
     }
