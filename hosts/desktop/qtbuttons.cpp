@@ -129,6 +129,9 @@ public:
             ShowPicture();
         });
         Own(button);
+        if (gadget.Has(VX3_FLAG_MENU))
+            button->setContextMenuPolicy(Qt::CustomContextMenu);
+        QObject::connect(button, &QWidget::customContextMenuRequested, button, [this] { toolkit.GetDesk().UserAskedForMenu(gadget); });
         QObject::connect(button, &QToolButton::clicked, button, [this](bool isOn) {
             if (!gadget.Has(VX3_FLAG_TOGGLE))
                 return toolkit.GetDesk().UserPressed(gadget);

@@ -49,7 +49,7 @@ constexpr Kind kinds[] = {
     { "date", VX3_GADGET_DATE, takesTip, 0 },
     { "check", VX3_GADGET_CHECK, takesText | takesTip, 0 },
     { "button", VX3_GADGET_BUTTON, takesText | takesTip, 0 },
-    { "bitmapbutton", VX3_GADGET_BITMAP_BUTTON, takesTip | takesIcon, VX3_FLAG_TOGGLE },
+    { "bitmapbutton", VX3_GADGET_BITMAP_BUTTON, takesTip | takesIcon, VX3_FLAG_TOGGLE | VX3_FLAG_MENU },
     { "combo", VX3_GADGET_COMBO, takesTip, VX3_FLAG_EDIT },
     { "slider", VX3_GADGET_SLIDER, takesTip | takesRange, VX3_FLAG_PERCENT },
     { "progress", VX3_GADGET_PROGRESS, takesTip, 0 },
@@ -69,7 +69,7 @@ struct FlagWord {
 
 constexpr FlagWord flagWords[] = {
     { "left", VX3_FLAG_LEFT },       { "right", VX3_FLAG_RIGHT },   { "hidden", VX3_FLAG_HIDDEN }, { "readonly", VX3_FLAG_READ_ONLY },
-    { "percent", VX3_FLAG_PERCENT }, { "toggle", VX3_FLAG_TOGGLE }, { "edit", VX3_FLAG_EDIT },
+    { "percent", VX3_FLAG_PERCENT }, { "toggle", VX3_FLAG_TOGGLE }, { "menu", VX3_FLAG_MENU },     { "edit", VX3_FLAG_EDIT },
 };
 
 // Where the reading stopped. The text is made by whoever throws it, the place by the parser.

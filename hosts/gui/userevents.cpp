@@ -27,19 +27,24 @@ bool IsUsable(const Gadget& gadget)
 
 enum class Held { No, Yes };
 
-void Command(DeskState& desk, Gadget& gadget, double value, Held held = Held::No)
+void SendCommand(DeskState& desk, Gadget& gadget, Message& event)
 {
     Dialog& dialog = *gadget.dialog;
     if (gadget.shape.id == 0 || !dialog.table->command)
         return;
-    Message event(gadget.shape.id);
-    event.SetNumber(VX3_COMMAND_VALUE, value);
-    event.SetBool(VX3_COMMAND_DRAGGED, held == Held::Yes);
     const Interaction interaction(desk, dialog);
     if (!IsLive(dialog))
         return;
     const Callback callback(desk, dialog, "command", gadget.shape.id);
     dialog.table->command(dialog.object, gadget.shape.id, event.Get());
+}
+
+void Command(DeskState& desk, Gadget& gadget, double value, Held held = Held::No)
+{
+    Message event(gadget.shape.id);
+    event.SetNumber(VX3_COMMAND_VALUE, value);
+    event.SetBool(VX3_COMMAND_DRAGGED, held == Held::Yes);
+    SendCommand(desk, gadget, event);
 }
 
 void FillIn(const Input& input, Message& event)
@@ -183,6 +188,16 @@ void Desk::UserPressed(Gadget& gadget)
         Show(*state, gadget, Change::Value);
     }
     Command(*state, gadget, HasValue(gadget) ? gadget.value : 1);
+}
+
+void Desk::UserAskedForMenu(Gadget& gadget)
+{
+    const Busy busy(*state);
+    if (!IsUsable(gadget) || !gadget.Has(VX3_FLAG_MENU))
+        return;
+    Message event(gadget.shape.id);
+    event.SetBool(VX3_COMMAND_MENU, true);
+    SendCommand(*state, gadget, event);
 }
 
 void Desk::UserMovedSplitter(Gadget& splitter, size_t border, int position)

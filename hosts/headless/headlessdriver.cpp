@@ -124,6 +124,8 @@ void HeadlessDriver::Press(gui::Gadget& gadget, const gui::Input& input)
         toolkit.FocusGadget(gadget);
     if (!gadget.isGone && DrawsItself(gadget))
         desk.Feed(gadget, input);
+    else if (!gadget.isGone && input.channel == VX3_CHANNEL_RIGHT)
+        desk.UserAskedForMenu(gadget);
 }
 
 void HeadlessDriver::Release(gui::Gadget& gadget, gui::Point at, int32_t channel)

@@ -19,9 +19,10 @@
 typedef struct VX3DialogTable {
     VX3Bool (*createLayout)(void* object); /* 0: the dialog does not open [gui-thread] [nested] */
     VX3Bool (*initValues)(void* object);   /* 0: the dialog does not open [gui-thread] [nested] */
-    /* The user used a gadget or chose a row of the menu. `event` has the value as a
-     * float64 under VX3_COMMAND_VALUE, and as a bool whether a slider is still held under
-     * VX3_COMMAND_DRAGGED. [gui-thread] [nested] */
+    /* The user used a gadget or chose a row of the menu. `event` has the value under
+     * VX3_COMMAND_VALUE, whether a slider is still held under VX3_COMMAND_DRAGGED, and
+     * whether the user asks for the menu of a button instead under VX3_COMMAND_MENU.
+     * [gui-thread] [nested] */
     VX3Bool (*command)(void* object, int32_t id, const VX3Container* event);
     void (*timer)(void* object); /* never inside another callback of this timer [gui-thread] [nested] */
     /* See VX3_CORE keys. [gui-thread] [nested] */
@@ -32,7 +33,7 @@ typedef struct VX3DialogTable {
     void (*destroyWindow)(void* object); /* [gui-thread] */
 } VX3DialogTable;
 
-enum { VX3_COMMAND_VALUE = 1, VX3_COMMAND_DRAGGED = 2 };
+enum { VX3_COMMAND_VALUE = 1, VX3_COMMAND_DRAGGED = 2, VX3_COMMAND_MENU = 3 };
 
 /* Where and as what a window opens. */
 typedef struct VX3WindowPlace {

@@ -53,6 +53,7 @@ enum {
     VX3_FLAG_TOGGLE = 128,
     VX3_FLAG_EDIT = 256,    /* COMBO: also other texts than those of its rows */
     VX3_FLAG_PERCENT = 512, /* NUMBER, SLIDER: shown with a percent sign */
+    VX3_FLAG_MENU = 2048,   /* BITMAP_BUTTON: the right button asks for a menu: VX3_COMMAND_MENU */
     VX3_FLAG_HIDDEN = 1024  /* takes no room until it is shown */
 };
 

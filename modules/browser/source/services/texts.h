@@ -173,6 +173,8 @@ enum : int32_t {
     IncludeSubfolders = 12072,
     NoFileManager = 12080, // for %1
     NoProgram = 12081,     // for %1
+    BackTip = 12082,
+    ForwardTip = 12083,
 
     // Help of a command: its place in the order of registration, from 1 on, behind this number. OpenWindow has its own.
     CommandHelpBase = 12200,

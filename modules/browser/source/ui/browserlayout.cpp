@@ -161,9 +161,13 @@ bool BrowserDialog::IsSortCommand(int32_t id, SortMode& key) const
     return false;
 }
 
-bool BrowserDialog::Command(int32_t id, const BaseContainer&)
+bool BrowserDialog::Command(int32_t id, const BaseContainer& event)
 {
     WindowHold hold(*this);
+    if (event.GetBool(VX3_COMMAND_MENU)) {
+        ShowHistoryMenu(id == Gadget::back ? BrowserHistory::Direction::Back : BrowserHistory::Direction::Forward);
+        return true;
+    }
     SortMode key;
     if (IsSortCommand(id, key)) {
         folderDialog.SetSortKey(key);
