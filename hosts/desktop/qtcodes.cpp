@@ -1,6 +1,7 @@
 #include "qtcodes.h"
 
 #include <QKeyEvent>
+#include <QTextDocument>
 
 namespace vx3::desktop {
 
@@ -62,6 +63,11 @@ std::string ToUtf8(const QString& text)
 {
     const QByteArray bytes = text.toUtf8();
     return { bytes.constData(), static_cast<size_t>(bytes.size()) };
+}
+
+QString PlainTip(const QString& text)
+{
+    return Qt::mightBeRichText(text) ? QStringLiteral("<span>%1</span>").arg(text.toHtmlEscaped()) : text;
 }
 
 uint32_t QualifiersOf(Qt::KeyboardModifiers modifiers)

@@ -51,6 +51,9 @@ inline Size ToSize(QSize size)
     return { size.width(), size.height() };
 }
 
+// A tip that shows these letters, also if they look like marks of a rich text.
+QString PlainTip(const QString& text);
+
 uint32_t QualifiersOf(Qt::KeyboardModifiers modifiers);
 Qt::KeyboardModifiers ModifiersOf(uint32_t qualifiers);
 int32_t ChannelOf(Qt::MouseButton button); // 0: a button that modules do not know

@@ -164,8 +164,10 @@ void QtDriver::Activate(Dialog& window)
     if (QApplication::activeWindow() == top)
         return;
     top->activateWindow();
-    for (int turn = 0; turn < mostTurns && QApplication::activeWindow() != top; ++turn)
+    for (int turn = 0; turn < mostTurns && QApplication::activeWindow() != top; ++turn) {
         Turn();
+        std::this_thread::sleep_for(std::chrono::milliseconds(turn > 2 ? 5 : 0)); // for a window manager
+    }
 }
 
 void QtDriver::SendMouse(QEvent::Type type, QPoint screen, Qt::MouseButton button, uint32_t qualifiers)

@@ -75,7 +75,7 @@ void QtGadget::Show(gui::Change change)
     if (widget && (isEverything || change == gui::Change::Enabled))
         widget->setEnabled(IsEnabledWithAll(gadget));
     if (widget && (isEverything || change == gui::Change::Tip)) {
-        widget->setToolTip(ToQt(gadget.tip).toHtmlEscaped());
+        widget->setToolTip(PlainTip(ToQt(gadget.tip)));
         if (gadget.text.empty())
             widget->setAccessibleName(ToQt(gadget.tip));
     }

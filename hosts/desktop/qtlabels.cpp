@@ -44,7 +44,7 @@ protected:
 
 private:
     bool IsCut() const { return fontMetrics().horizontalAdvance(text()) > width() - 2 * textInset; }
-    void UpdateTip() { setToolTip((tip.isEmpty() && IsCut() ? text() : tip).toHtmlEscaped()); }
+    void UpdateTip() { setToolTip(PlainTip(tip.isEmpty() && IsCut() ? text() : tip)); }
 
     QString tip;
 };

@@ -70,7 +70,7 @@ private:
         ShowState(*action, row);
         if (const core::RegisteredCommand* command = CommandOf(row)) {
             action->setIcon(IconOfCommand(*command));
-            action->setToolTip(QString::fromStdString(command->help));
+            action->setToolTip(PlainTip(QString::fromStdString(command->help)));
         }
         QObject::connect(action, &QAction::triggered, action, [called = chosen, id = row.id] { called(id); });
     }
@@ -133,7 +133,7 @@ void ShowCommand(QAction& action, int32_t id)
     if (!command->name.empty())
         action.setText(QString::fromStdString(command->name).replace(QLatin1Char('&'), QStringLiteral("&&")));
     action.setStatusTip(QString::fromStdString(command->help));
-    action.setToolTip(QString::fromStdString(command->help));
+    action.setToolTip(PlainTip(QString::fromStdString(command->help)));
     action.setIcon(IconOfCommand(*command));
     action.setEnabled(state & VX3_COMMAND_ENABLED);
     action.setCheckable(state & VX3_COMMAND_CHECKED);

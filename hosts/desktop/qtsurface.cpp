@@ -1,5 +1,6 @@
 #include "qtsurface.h"
 
+#include <cmath>
 #include <cstdlib>
 
 #include <QKeyEvent>
@@ -145,7 +146,10 @@ void Surface::ScrollBy(Point by)
     const QRect inside = InsideFrame();
     if (by == Point())
         return;
-    if (std::abs(by.x) >= inside.width() || std::abs(by.y) >= inside.height())
+    const bool isFar = std::abs(by.x) >= inside.width() || std::abs(by.y) >= inside.height();
+    const double scale = devicePixelRatioF();
+    const auto isWhole = [scale](int length) { return length * scale == std::floor(length * scale); };
+    if (isFar || !isWhole(by.x) || !isWhole(by.y)) // nothing that could be copied dot by dot
         update();
     else
         scroll(-by.x, -by.y, inside);

@@ -173,6 +173,7 @@ void StudioMenus::AddCommandMenu(const QString& name, const std::vector<int32_t>
 void StudioMenus::AddWindow()
 {
     QMenu& menu = *bar.addMenu(Say(Word::Window));
+    AddRow(menu, Say(Word::NextPane), QKeySequence(Qt::Key_F6), deeds.nextPane);
     QObject::connect(&menu, &QMenu::aboutToShow, &menu, [this, shown = &menu] { deeds.fillWindowMenu(*shown); });
 }
 

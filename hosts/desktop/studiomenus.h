@@ -24,6 +24,7 @@ public:
         std::function<void()> newBrowser;
         std::function<void()> quit;
         std::function<void()> preferences;
+        std::function<void()> nextPane;
         std::function<void()> shortcuts;
         std::function<void()> about;
         std::function<void(QMenu&)> fillWindowMenu; // when it opens

@@ -32,6 +32,7 @@ constexpr TextRow texts[] = {
     { Word::Commands, "&Commands", "&Befehle" },
     { Word::Docked, "&Docked", "&Angedockt" },
     { Word::ShowWindow, "&Show", "&Zeigen" },
+    { Word::NextPane, "&Next Pane", "&Nächster Bereich" },
     { Word::About, "&About VX3 Studio", "Ü&ber VX3 Studio" },
     { Word::AboutText, "<h3>VX3 Studio %1</h3><p>A host with windows for the content browser.</p><p>Qt %2. Licence: Apache-2.0.</p>",
       "<h3>VX3 Studio %1</h3><p>Ein Programm mit Fenstern für den Content-Browser.</p><p>Qt %2. Lizenz: Apache-2.0.</p>" },
@@ -43,6 +44,7 @@ constexpr TextRow texts[] = {
       "Backspace\tone level up\n"
       "Letters\tgo to a name\n"
       "Tab, Shift+Tab\tnext and previous element\n"
+      "F6\tnext pane of the main window\n"
       "Escape\tend a menu, a drag, a frame, a name that is being edited",
       "Pfeile\tin der Liste bewegen, mit Umschalt die Auswahl erweitern\n"
       "Pos1, Ende, Bild auf, Bild ab\tweit in der Liste bewegen\n"
@@ -50,6 +52,7 @@ constexpr TextRow texts[] = {
       "Rücktaste\teine Ebene nach oben\n"
       "Buchstaben\tzu einem Namen gehen\n"
       "Tab, Umschalt+Tab\tnächstes und voriges Element\n"
+      "F6\tnächster Bereich des Hauptfensters\n"
       "Escape\tMenü, Ziehen, Rahmen oder Umbenennen beenden" },
     { Word::Clear, "C&lear", "&Leeren" },
     { Word::CopyAll, "Copy &All", "&Alles kopieren" },

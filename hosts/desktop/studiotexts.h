@@ -25,6 +25,7 @@ enum class Word {
     Commands,
     Docked,
     ShowWindow,
+    NextPane,
     About,
     AboutText,
     Shortcuts,

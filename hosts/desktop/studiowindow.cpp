@@ -97,6 +97,7 @@ void StudioWindow::MakeMenus()
     deeds.newBrowser = [this] { OpenBrowser(); };
     deeds.quit = [this] { close(); };
     deeds.preferences = [this] { OpenPreferences(0); };
+    deeds.nextPane = [this] { FocusNextPane(); };
     deeds.shortcuts = [this] { ShowShortcuts(); };
     deeds.about = [this] { ShowAbout(); };
     deeds.fillWindowMenu = [this](QMenu& menu) { FillWindowMenu(menu); };
@@ -105,7 +106,14 @@ void StudioWindow::MakeMenus()
 
 void StudioWindow::FillWindowMenu(QMenu& menu)
 {
-    menu.clear();
+    const QList<QAction*> rows = menu.actions();
+    for (QAction* row : rows.mid(1)) { // all but the first are of the moment
+        menu.removeAction(row);
+        if (row->menu())
+            row->menu()->deleteLater(); // takes its row with it
+        else if (row != console->toggleViewAction())
+            row->deleteLater();
+    }
     QAction* toggle = console->toggleViewAction();
     toggle->setText(Say(Word::Console));
     menu.addAction(toggle);
@@ -119,6 +127,22 @@ void StudioWindow::FillWindowMenu(QMenu& menu)
         docked->setCheckable(true);
         docked->setChecked(docks.IsDocked(*window));
     }
+}
+
+void StudioWindow::FocusNextPane()
+{
+    QList<QWidget*> panes;
+    for (QDockWidget* dock : findChildren<QDockWidget*>(QString(), Qt::FindDirectChildrenOnly))
+        if (dock->isVisible() && dock->widget())
+            panes.append(dock->widget());
+    if (panes.isEmpty())
+        return;
+    const QWidget* focused = QApplication::focusWidget();
+    const auto hasFocus = [focused](const QWidget* pane) { return pane == focused || pane->isAncestorOf(focused); };
+    const auto at = std::find_if(panes.begin(), panes.end(), hasFocus);
+    QWidget* next = at == panes.end() || at + 1 == panes.end() ? panes.first() : *(at + 1);
+    next->window()->activateWindow();
+    (next->focusWidget() ? next->focusWidget() : next)->setFocus(Qt::OtherFocusReason);
 }
 
 void StudioWindow::OpenBrowser()

@@ -32,6 +32,7 @@ private:
     void MakeHint();
     void ShowHint();
     void FillWindowMenu(QMenu& menu);
+    void FocusNextPane();
     void OpenBrowser();
     bool OpenPreferences(int32_t page); // 0: the first
     void ShowShortcuts();
