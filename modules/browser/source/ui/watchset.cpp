@@ -94,7 +94,10 @@ bool WatchNode(const ContentRef& node)
         return false;
     const size_t place = PlaceOf(node);
     if (place < watched->Count()) {
-        (*watched)[place]->watchers++;
+        WatchedNode& entry = *(*watched)[place];
+        entry.watchers++;
+        if (!entry.watch)
+            StartWatch(entry);
         return true;
     }
     auto* entry = Make<WatchedNode>()(WatchedNode{ node });

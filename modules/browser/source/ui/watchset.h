@@ -9,7 +9,7 @@
 
 namespace browser {
 
-// From here on changes are told; a folder that nobody watched before is listed anew when its
+// From here on changes are told; a folder that was not watched before is listed anew when its
 // children are asked for next. None is allowed. If it is true, one Unwatch of the same node
 // ends it; false only without memory.
 [[nodiscard]] bool WatchNode(const ContentRef& node);
