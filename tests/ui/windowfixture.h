@@ -191,7 +191,7 @@ protected:
         }
         return text;
     }
-    // Where it is; "roots" for the root view.
+    // Where it is: a path, another URL, or "roots" for the root view.
     static std::string UrlOf(browser::BrowserDialog& window)
     {
         browser::BrowserURL url;
@@ -216,7 +216,9 @@ protected:
     static std::string Short(const std::string& url)
     {
         constexpr std::string_view machine = "file://localhost";
-        return url.starts_with(machine) ? url.substr(machine.size()) : url;
+        if (!url.starts_with(machine))
+            return url;
+        return url == machine ? "/" : url.substr(machine.size());
     }
     static std::string Setting(browser::Preference key) { return Short(Utf8(browser::GetPreferenceText(key))); }
     static void SetSetting(browser::Preference key, const std::string& path)
