@@ -66,7 +66,7 @@ void ListMouse::PressRight()
         (void)view.Redraw();
     }
     dialog.ShowContextMenu();
-    Finish(Applies::No);
+    ShowSelection();
 }
 
 void ListMouse::PressLeft()
@@ -80,13 +80,12 @@ void ListMouse::PressLeft()
         PressSpace();
 }
 
-// The first press of the two has applied the entry already where one click does that.
 void ListMouse::PressDouble()
 {
     SelectAlone();
     if (node)
         dialog.Open(ToContent(node), false);
-    Finish(Applies::No);
+    Finish();
 }
 
 // Kept: a press on an entry among several selected ones leaves them, so that all can be
@@ -99,13 +98,13 @@ void ListMouse::PressItem()
     }
     if (DragSelection()) {
         dialog.Refresh();
-        return Finish(Applies::No);
+        return Finish();
     }
     FindAgain();
     if (wasSelected)
         ToggleEntry();
     ExtendRange();
-    Finish(Applies::Yes);
+    Finish();
 }
 
 void ListMouse::PressSpace()
@@ -120,7 +119,7 @@ void ListMouse::PressSpace()
         ToggleEntry();
         break;
     }
-    Finish(Applies::Yes);
+    Finish();
 }
 
 // --- What they do ---
@@ -153,12 +152,20 @@ void ListMouse::ExtendRange()
         ContentViewEntryList::Writer(list)->SelectFromAnchor(index);
 }
 
-void ListMouse::Finish(Applies applies)
+// Kept: where one click applies an entry, the second press of a double click and the end of a drag do
+// so as well. All presses of the left button end in the same way, so that what is selected alone has
+// been applied, whatever made it so.
+void ListMouse::Finish()
+{
+    ShowSelection();
+    if (view.Window().IsSingleClick())
+        ApplySingle();
+}
+
+void ListMouse::ShowSelection()
 {
     (void)view.Redraw();
     view.Window().UpdateSelectionPanes(false);
-    if (applies == Applies::Yes && view.Window().IsSingleClick())
-        ApplySingle();
 }
 
 void ListMouse::ApplySingle()

@@ -17,8 +17,6 @@ public:
     bool Press(); // true: consumed
 
 private:
-    enum class Applies : bool { No, Yes };
-
     void FindEntry();
     void FindAgain();
     bool IsExtending() const { return event.HasShift() || event.HasCtrl(); }
@@ -34,7 +32,8 @@ private:
     void PressDouble();
     void PressItem();
     void PressSpace();
-    void Finish(Applies applies);
+    void Finish();
+    void ShowSelection();
 
     ContentListView& view;
     FolderContentDialog& dialog;
