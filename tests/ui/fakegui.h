@@ -31,14 +31,14 @@ public:
     int32_t width = 270, height = 160;                 // of what the scroll group shows
     bool hasFocus = true;                              // of the area
     int32_t focusInside = 0;                           // or a gadget that has it inside
-    std::function<int32_t(VX3Rectangle& band)> onBand; // these three run nested
+    std::function<int32_t(VX3Rectangle& band)> onBand; // these four run nested
     std::function<bool(int32_t type, void* data)> onDrag;
     std::function<int32_t()> onMenu;
+    std::function<void()> onBox;
     bool opensFiles = true;
     void Resize(int32_t newWidth, int32_t newHeight); // sizes, then what is told of them
     void BeginResize(int32_t newWidth, int32_t newHeight);
-    void Deliver(); // posted messages
-    void SendCore(int64_t first);
+    void Deliver();                                                      // posted messages
     bool Tell(int32_t code, const browser::BaseContainer& message = {}); // to the area, then to the pane
     bool TellDrag(int32_t type, void* data, int32_t x, int32_t y, int32_t phase = 0, int32_t gadgetId = 10122);
 
@@ -184,13 +184,6 @@ inline bool FakeGui::Tell(int32_t code, const browser::BaseContainer& message)
     if (isAttached && areaTable->message(areaObject, code, message.Value()))
         return true;
     return dialogs[pane].table->message(dialogs[pane].object, code, message.Value(), result.Value());
-}
-
-inline void FakeGui::SendCore(int64_t first)
-{
-    browser::BaseContainer message;
-    (void)browser::host->container->setInt64(message.Value(), VX3_CORE_FIRST, first);
-    dialogs[pane].table->coreMessage(dialogs[pane].object, VX3_MESSAGE_BROWSER, message.Value());
 }
 
 // The screen begins where what is seen of the area does.

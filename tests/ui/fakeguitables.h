@@ -146,7 +146,11 @@ inline void FakeGui::FillMenus()
         Note("open " + core::NativeBytes(*path));
         return current->opensFiles;
     };
-    box.show = [](int32_t kind, const VX3String* text) { Note("box " + std::to_string(kind) + " " + core::ToUtf8(*text)); };
+    box.show = [](int32_t kind, const VX3String* text) {
+        Note("box " + std::to_string(kind) + " " + core::ToUtf8(*text));
+        if (current->onBox)
+            current->onBox();
+    };
 }
 
 } // namespace vx3::tests

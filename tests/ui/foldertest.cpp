@@ -183,9 +183,7 @@ TEST_F(FolderPane, TheStatusCounts)
     EXPECT_EQ(Status(), "3 entries");
     EXPECT_FALSE(pane->HasSelection());
     Select({ 0, 2 });
-    gui.SendCore(CoreMessage::presetsChanged);
-    EXPECT_EQ(Status(), "3 entries");
-    gui.SendCore(CoreMessage::selectionChanged);
+    pane->ShowStatus();
     EXPECT_EQ(Status(), "2 of 3 selected");
     EXPECT_TRUE(pane->HasSelection());
 }
@@ -390,6 +388,53 @@ TEST_F(FolderPane, TheMenuHasWhatMakesSense)
     EXPECT_EQ(gui.Calls(), "open /d/a.txt; box 1 No program could be opened for “a.txt”.");
     Show({});
     EXPECT_EQ(menu({}, 900011), plainEnd) << "no row for what is above the roots";
+}
+
+// Behind a box the user may close the window, and then nothing more is done for it.
+TEST_F(FolderPane, AClosedWindowGoesNoFurther)
+{
+    PanePlugin plugin(1);
+    Disk().AddFolder("/d");
+    Disk().AddFile("/d/a.txt", "", Day(1));
+    Disk().AddFile("/d/b.txt", "", Day(1));
+    const DirectoryRef disk = Top("/d");
+    Add("x").plugin = &plugin;
+    Add("y").plugin = &plugin;
+    const auto close = [this] { EXPECT_TRUE(window->Close()); };
+    plugin.onOpen = close;
+    Open();
+    pane->SelectAll();
+    pane->ApplySelection(false);
+    EXPECT_EQ(plugin.opened, " x");
+    gui.onBox = close;
+    gui.opensFiles = false;
+    const std::pair<int32_t, const char*> rows[] = {
+        { 900015, "reveal /d/a.txt; box 1 The file manager could not be opened for “a.txt”." },
+        { 900016, "open /d/a.txt; box 1 No program could be opened for “a.txt”." },
+    };
+    for (const auto& [command, calls] : rows) {
+        Open(disk);
+        pane->SelectAll();
+        (void)gui.Calls();
+        gui.onMenu = [command] { return command; };
+        pane->ShowContextMenu();
+        EXPECT_EQ(gui.Calls(), calls);
+    }
+    Open();
+    pane->SelectAll();
+    plugin.opened.clear();
+    gui.onMenu = [] { return 900012; };
+    pane->ShowContextMenu();
+    EXPECT_EQ(plugin.opened, " x");
+    Open(disk);
+    pane->SelectAll();
+    (void)gui.Calls();
+    gui.onMenu = [&close] {
+        close();
+        return 900016;
+    };
+    pane->ShowContextMenu();
+    EXPECT_EQ(gui.Calls(), "") << "closed behind the menu";
 }
 
 // The user chooses from what was selected when the menu opened.

@@ -29,12 +29,15 @@ public:
     bool OpenItem(browser::ContentRef node, browser::BrowserURL*, uint32_t request) override
     {
         opened += " " + Utf8(node->GetNameRef()) + (request ? "!" : "");
+        if (onOpen)
+            onOpen();
         return true;
     }
 
     int32_t type;
     browser::String typeName;
     std::string opened;
+    std::function<void()> onOpen; // it may show a box
 };
 
 class PaneNode final : public browser::BrowserContentNode

@@ -215,8 +215,6 @@ void BrowserDialog::GoToRoot(int32_t index)
 
 void BrowserDialog::UpdateSelectionPanes(bool force)
 {
-    if (compact)
-        return;
     const uint32_t changeCount = folderDialog.GetList().ChangeCount();
     if (changeCount == lastChangeCount && !panesAreStale && !force)
         return;

@@ -231,8 +231,7 @@ void FolderContentDialog::ApplySelection(bool newDocument)
 {
     Array<NodeRef> selected;
     (void)list.GetSelection(selected);
-    for (const NodeRef& item : selected)
-        Open(ToContent(item), newDocument);
+    ForEachWhileOpen(*this, selected, [&](const NodeRef& item) { Open(ToContent(item), newDocument); });
 }
 
 void FolderContentDialog::GoUp()
@@ -311,12 +310,6 @@ bool FolderContentDialog::Command(int32_t id, const BaseContainer&)
 void FolderContentDialog::Timer()
 {
     busyButton.Tick(window->GetWork());
-}
-
-void FolderContentDialog::CoreMessage(int32_t id, const BaseContainer& message)
-{
-    if (id == VX3_MESSAGE_BROWSER && message.GetInt64(VX3_CORE_FIRST, 0) == CoreMessage::selectionChanged)
-        ShowStatus();
 }
 
 bool FolderContentDialog::Message(int32_t code, const BaseContainer& message, BaseContainer&)

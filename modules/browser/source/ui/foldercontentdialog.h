@@ -72,7 +72,6 @@ protected:
     bool InitValues() override;
     bool Command(int32_t id, const BaseContainer& event) override;
     void Timer() override;
-    void CoreMessage(int32_t id, const BaseContainer& message) override;
     bool Message(int32_t code, const BaseContainer& message, BaseContainer& result) override;
     void DestroyWindow() override;
 

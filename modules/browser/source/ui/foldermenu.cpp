@@ -54,14 +54,12 @@ bool IsSingleClick(const MenuFacts& facts)
 
 void Apply(FolderContentDialog& dialog, const MenuFacts& facts)
 {
-    for (const NodeRef& item : facts.selected)
-        dialog.Open(ToContent(item), false);
+    ForEachWhileOpen(dialog, facts.selected, [&](const NodeRef& item) { dialog.Open(ToContent(item), false); });
 }
 
 void OpenWindows(FolderContentDialog& dialog, const MenuFacts& facts)
 {
-    for (const NodeRef& item : facts.selected)
-        dialog.Window().OpenInNewWindow(ToContent(item));
+    ForEachWhileOpen(dialog, facts.selected, [&](const NodeRef& item) { dialog.Window().OpenInNewWindow(ToContent(item)); });
 }
 
 void GoUp(FolderContentDialog& dialog, const MenuFacts&)
@@ -69,16 +67,14 @@ void GoUp(FolderContentDialog& dialog, const MenuFacts&)
     dialog.GoUp();
 }
 
-void ShowFiles(FolderContentDialog&, const MenuFacts& facts)
+void ShowFiles(FolderContentDialog& dialog, const MenuFacts& facts)
 {
-    for (const NodeRef& item : facts.selected)
-        ShowInFileManager(item);
+    ForEachWhileOpen(dialog, facts.selected, ShowInFileManager);
 }
 
-void OpenFiles(FolderContentDialog&, const MenuFacts& facts)
+void OpenFiles(FolderContentDialog& dialog, const MenuFacts& facts)
 {
-    for (const NodeRef& item : facts.selected)
-        OpenInSystem(item);
+    ForEachWhileOpen(dialog, facts.selected, OpenInSystem);
 }
 
 void ToggleSingleClick(FolderContentDialog& dialog, const MenuFacts&)
