@@ -25,9 +25,9 @@ enum {
  * stays its module's: `destruct` is called only by a host that takes the object out while
  * the module still lives. */
 typedef struct VX3CommandTable {
-    void (*destruct)(void* object);     /* [start-end] */
-    VX3Bool (*execute)(void* object);   /* [gui-thread] [may-block] [nested] */
-    void (*reserved2)(void* object);    /* none [gui-thread] */
+    void (*destruct)(void* object);   /* [start-end] */
+    VX3Bool (*execute)(void* object); /* [gui-thread] [may-block] [nested] */
+    void (*reserved2)(void* object);  /* none [gui-thread] */
     /* Opens the window of a sub-id with what a saved layout holds of it, by `restore` of
      * guidialog.h. 0 if this command opens none. [gui-thread] [nested] */
     VX3Bool (*restore)(void* object, int32_t subId);
