@@ -229,7 +229,9 @@ TEST_F(IconGrid, WhatIsSeenIsTold)
     EXPECT_EQ(visible(), "0 11");
     gui.Scroll(79);
     EXPECT_EQ(visible(), "4 15");
-    gui.Scroll(157); // a pixel of the second row
+    gui.Scroll(156); // four pixels of the second row, and all of the third and fourth
+    EXPECT_EQ(visible(), "4 15") << "a row that begins where the part ends is not seen";
+    gui.Scroll(157); // and one pixel of the fifth
     EXPECT_EQ(visible(), "4 19");
     gui.Resize(270, 100);
     EXPECT_EQ(visible(), "4 15");

@@ -11,7 +11,8 @@
  * whatever it knew.
  *
  * Lengths are logical pixels: a host on a fine screen draws several dots for one.
- * Rectangles hold both their corners.
+ * Rectangles hold both their corners, but for that of `getVisiblePart` (guigadget.h), whose
+ * second corner lies behind it.
  */
 #ifndef VX3_GUI_H
 #define VX3_GUI_H

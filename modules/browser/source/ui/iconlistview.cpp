@@ -38,7 +38,7 @@ Size IconListView::LargestEntry(const EntrySelection& entries) const
 void IconListView::UpdateVisibleRange()
 {
     const Rectangle part = SeenPart();
-    const IndexRange range = grid.RowsBetween(part.y1, part.y2);
+    const IndexRange range = grid.RowsBetween(part.y1, part.y2 - 1);
     List().SetVisibleRange(range.first, range.last);
 }
 
