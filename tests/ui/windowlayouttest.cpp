@@ -71,6 +71,7 @@ TEST_F(WindowLayout, AWindowOpensWhereTheHostWantsAtTheSizeOfTheLastOne)
 TEST_F(WindowLayout, ATitleIsTheModulesUntilSomebodyGivesOne)
 {
     BrowserDialog& window = Open("/p");
+    EXPECT_EQ(gui.GetDesk().KindName(Shown(window)), u"DIALOG_CONTENTBROWSER") << "what a layout of the host calls it";
     EXPECT_EQ(vx3::core::Text(Shown(window).title).Utf8(), Utf8(ResourceText(Texts::ModuleName)));
     const String title = TextOf("Assets"), none;
     Going going;
