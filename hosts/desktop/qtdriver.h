@@ -56,6 +56,7 @@ private:
     bool Step(const char* nested) override;
     int32_t ChooseFrom(QMenu& menu, const std::vector<gui::MenuItem>& rows) override;
     bool Ask(const std::string& question, std::string& answer) override;
+    void Show(const std::string& text) override { user.Show(text); }
     std::string FolderOfScenario() override { return folder; }
 
     Spot SpotOf(Gadget& gadget, Point at) const;

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QStyle>
 
+#include "core/registry.h"
 #include "core/values.h"
 #include "headless/fixedfont.h"
 #include "headless/gadgetneeds.h"
@@ -450,17 +451,30 @@ bool QtToolkit::Choose(const gui::ChooseRequest& request, std::string& chosen)
 
 bool QtToolkit::Reveal(const std::string& path)
 {
-    return !script && RevealInFileManager(path);
+    if (!script)
+        return RevealInFileManager(path);
+    script->Show("show in the file manager: " + path);
+    return false;
 }
 
 bool QtToolkit::OpenWithSystem(const std::string& path)
 {
-    return !script && desktop::OpenWithSystem(path);
+    if (!script)
+        return desktop::OpenWithSystem(path);
+    script->Show("open with the system: " + path);
+    return false;
 }
 
 bool QtToolkit::OpenPreferences(int32_t page)
 {
-    return listener.openPreferences && listener.openPreferences(page);
+    if (!script)
+        return listener.openPreferences && listener.openPreferences(page);
+    for (const core::RegisteredPage& registered : core::RegisteredPages())
+        if (registered.id == page) {
+            script->Show("preferences: " + registered.name);
+            return true;
+        }
+    return false;
 }
 
 } // namespace vx3::desktop
