@@ -1,10 +1,10 @@
 // VX3 Studio: a host with windows for the content browser.
 #include <cstdio>
 
-#include <QApplication>
 #include <QFile>
 #include <QIcon>
 
+#include "qtapplication.h"
 #include "studioruns.h"
 
 namespace {
@@ -64,7 +64,7 @@ int main(int count, char** arguments)
         Complain("there is no screen to show windows on; --shot FILE draws one into a file");
         return static_cast<int>(Exit::NotFound);
     }
-    QApplication application(count, arguments);
+    Application application(count, arguments);
     SetUpApplication(options);
     return Run(options);
 }

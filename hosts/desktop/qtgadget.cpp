@@ -2,6 +2,7 @@
 
 #include <QApplication>
 
+#include "qtapplication.h"
 #include "qttoolkit.h"
 #include "qtwindow.h"
 
@@ -48,7 +49,7 @@ QtGadget::~QtGadget()
     for (QWidget* inner : widget->findChildren<QWidget*>())
         inner->disconnect();
     ShowWidget(*widget, false);
-    widget->deleteLater();
+    DeleteAfterEvents(*widget);
 }
 
 void QtGadget::Own(QWidget* made)

@@ -2,8 +2,9 @@
 //
 // Widgets lie flat: each is a child of the inside of its window, or of the nearest scroll
 // group around it. Groups without a frame have none. Where they stand is told by the layout
-// (gui/layout.h). A widget is hidden at once when its gadget goes and deleted when the
-// event is over in which that happens, since it may be the widget's own. Main thread only.
+// (gui/layout.h). A widget is hidden at once when its gadget goes, and deleted when the
+// outermost event is over in which that happens, since it may be the widget's own. Main thread
+// only.
 #pragma once
 
 #include <memory>

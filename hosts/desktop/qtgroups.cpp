@@ -7,6 +7,7 @@
 #include <QTabBar>
 
 #include "gui/layout.h"
+#include "qtapplication.h"
 #include "qtgadget.h"
 #include "qttoolkit.h"
 
@@ -235,7 +236,7 @@ private:
         for (Border* border : borders) {
             border->Forget();
             border->hide();
-            border->deleteLater();
+            DeleteAfterEvents(*border);
         }
         borders.clear();
     }

@@ -7,6 +7,7 @@
 #include <QMenuBar>
 
 #include "core/registry.h"
+#include "qtapplication.h"
 #include "qtcodes.h"
 #include "qticons.h"
 
@@ -88,7 +89,7 @@ private:
 void FillMenuBar(QMenuBar& bar, const std::vector<MenuItem>& rows, const MenuChosen& chosen, const std::function<void()>& opens)
 {
     for (QObject* old : bar.findChildren<QMenu*>(QString(), Qt::FindDirectChildrenOnly))
-        old->deleteLater(); // one of them may be open at this moment
+        DeleteAfterEvents(*old); // one of them may be open at this moment
     bar.clear();
     MenuFiller filler(chosen, opens);
     for (const MenuItem& row : rows)

@@ -6,6 +6,7 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 
+#include "qtapplication.h"
 #include "qttoolkit.h"
 
 namespace vx3::desktop {
@@ -80,7 +81,7 @@ void PopupEdit::Close()
     if (hadFocus && before)
         before->setFocus();
     closed->hide();
-    closed->deleteLater();
+    DeleteAfterEvents(*closed);
 }
 
 void PopupEdit::End(bool isCancelled)

@@ -228,7 +228,11 @@ void Surface::wheelEvent(QWheelEvent* event)
         input.value = notches * notchAngle;
         input.at = ToPoint(event->position().toPoint()) + origin;
         input.qualifiers = qualifiers;
-        isWheelTaken = Feed(input);
+        const QPointer<Surface> alive = this;
+        const bool isTaken = Feed(input);
+        if (!alive)
+            return event->setAccepted(isTaken);
+        isWheelTaken = isTaken;
     }
     event->setAccepted(isWheelTaken);
 }

@@ -8,6 +8,7 @@
 #include <QTimer>
 #include <QWindow>
 
+#include "qtapplication.h"
 #include "qtmenus.h"
 #include "qttoolkit.h"
 
@@ -134,13 +135,15 @@ QtWindow::~QtWindow()
         return;
     frame->Forget();
     frame->hide();
-    frame->deleteLater();
+    DeleteAfterEvents(*frame);
 }
 
 void QtWindow::ShowSoon()
 {
     const Point corner = { window.opened.x, window.opened.y };
     QTimer::singleShot(0, frame, [shown = frame.data(), corner] {
+        if (!shown->HasWindow())
+            return;
         if (shown->isModal())
             StandOver(*shown, QApplication::activeWindow());
         if (corner.x != -1 || corner.y != -1)

@@ -47,6 +47,7 @@ class WindowFrame final : public QWidget
 public:
     WindowFrame(QtToolkit& ownToolkit, Dialog& ownWindow);
     void Forget();
+    bool HasWindow() const { return dialog != nullptr; }
     WindowInside* Inside() { return inside; }
     QMenuBar* Menu() { return menu; }
     void ShowMenu();   // of the window, from its rows

@@ -4,6 +4,7 @@
 
 #include <QCloseEvent>
 
+#include "qtapplication.h"
 #include "qttoolkit.h"
 #include "qtwindow.h"
 
@@ -140,7 +141,7 @@ void StudioDocks::TakeOutOfDock(Standing& standing)
         standing.frame->setParent(nullptr, Qt::Window);
     }
     main.removeDockWidget(dock);
-    dock->deleteLater();
+    DeleteAfterEvents(*dock);
 }
 
 void StudioDocks::Changed()

@@ -3,6 +3,7 @@
 #include <chrono>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QDropEvent>
 #include <QLineEdit>
 #include <QMenu>
@@ -175,6 +176,48 @@ TEST_F(GesturesTest, AModalWindowHoldsUpOthersUntilItCloses)
     EXPECT_TRUE(wasBlocked);
     EXPECT_NE(Heard().find("modal: 0"), std::string::npos);
     EXPECT_FALSE(QApplication::activeModalWidget());
+}
+
+TEST_F(GesturesTest, AWidgetThatGoesWhileItsEventWaitsStaysUntilTheEventIsOver)
+{
+    ShowPage(Fields);
+    QPointer<QWidget> box = &WidgetOf(idCheck);
+    bool wasThere = false;
+    QObject::connect(static_cast<QCheckBox*>(box.data()), &QCheckBox::clicked, qApp, [&] {
+        QEventLoop nested;
+        gallery->Do(static_cast<int32_t>(GalleryDeed::Rebuild));
+        QTimer::singleShot(50, &nested, &QEventLoop::quit);
+        nested.exec();
+        wasThere = box && !box->isVisible() && box != &WidgetOf(idCheck);
+    });
+    driver.Push(Find(idCheck));
+    EXPECT_TRUE(wasThere);
+    LetGo();
+    EXPECT_FALSE(box);
+}
+
+TEST_F(GesturesTest, AWindowThatClosesBeforeItIsShownIsNeverShown)
+{
+    class ShowWatch : public QObject
+    {
+    public:
+        int shown = 0;
+        bool eventFilter(QObject*, QEvent* event) override
+        {
+            shown += event->type() == QEvent::Show;
+            return false;
+        }
+    };
+    gallery->Do(static_cast<int32_t>(GalleryDeed::CloseFromModule));
+    LetGo();
+    ASSERT_TRUE(gallery->Open());
+    const QPointer<QWidget> frame = vx3::desktop::WindowOf(Window())->Frame();
+    ShowWatch watch;
+    frame->installEventFilter(&watch);
+    gallery->Do(static_cast<int32_t>(GalleryDeed::CloseFromModule));
+    LetGo();
+    EXPECT_EQ(watch.shown, 0);
+    EXPECT_FALSE(frame);
 }
 
 TEST_F(GesturesTest, APopupEditEndsWithTheFocusAndGivesItBack)

@@ -1,8 +1,7 @@
 // One application for all tests of this program, on a screen that nobody sees.
 #include <gtest/gtest.h>
 
-#include <QApplication>
-
+#include "desktop/qtapplication.h"
 #include "desktop/qtlook.h"
 
 int main(int count, char** arguments)
@@ -10,7 +9,7 @@ int main(int count, char** arguments)
     if (!std::getenv("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     ::testing::InitGoogleTest(&count, arguments);
-    QApplication application(count, arguments);
+    vx3::desktop::Application application(count, arguments);
     vx3::desktop::SetLook(vx3::desktop::Brightness::Light);
     return RUN_ALL_TESTS();
 }
