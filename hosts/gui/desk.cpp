@@ -172,6 +172,7 @@ void Desk::Deliver()
 {
     FreeWhatIsGone(*state);
     const Busy busy(*state);
+    FreeDialogsLater(*state);
     core::DeliverWaiting();
     state->popupEdits.TellEnded();
     DeliverPosted(*state);

@@ -62,7 +62,7 @@ public:
     void UserSetValue(Gadget& gadget, double value, bool isDragged = false);
     void UserSetText(Gadget& gadget, std::u16string text, bool isEntered);
     void UserSetDate(Gadget& gadget, const VX3FileDate& date);
-    void UserAskedForMenu(Gadget& gadget); // of a button that has one
+    void UserAskedForMenu(Gadget& gadget);                                 // of a button that has one
     void UserPressed(Gadget& gadget);                                      // a button
     void UserMovedSplitter(Gadget& splitter, size_t border, int position); // in the window's inside
     void UserScrolled(Gadget& scroll, Point scrolled);

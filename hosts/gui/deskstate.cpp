@@ -60,6 +60,8 @@ ServiceCall::ServiceCall(Calls ownKind)
     : desk(CurrentDesk())
     , kind(ownKind)
 {
+    if (desk && kind == Calls::Nested && AskScope::IsAsking())
+        desk = nullptr;
     if (!desk)
         return;
     ++desk->depth;

@@ -10,6 +10,7 @@
 #include <thread>
 #include <unordered_map>
 
+#include "gui/askscope.h"
 #include "gui/containervalue.h"
 #include "gui/desk.h"
 #include "gui/drags.h"
@@ -53,6 +54,7 @@ struct Desk::State : TreeHost {
     EventWatch watch;
     TextWidths widths;
     ContainerValue savedLayout;
+    std::vector<VX3Dialog> freeLater; // freed by a callback in which nothing may close
     uint32_t lastMessage = 0;
 
     // What a tree needs.
@@ -160,7 +162,8 @@ private:
 enum class Calls { Silent, Nested };
 
 // One call of a service: on the main thread, with a dialog that exists. A silent one runs
-// no callbacks before it returns.
+// no callbacks that could be nested before it returns; a nested one is refused while a module
+// answers something.
 class ServiceCall
 {
 public:
@@ -169,7 +172,7 @@ public:
     ServiceCall(const ServiceCall&) = delete;
     ServiceCall& operator=(const ServiceCall&) = delete;
 
-    DeskState* desk;
+    DeskState* desk; // none: the call does nothing and answers 0
 
 private:
     Calls kind;
@@ -204,6 +207,9 @@ public:
 
     Area* area;
 };
+
+// Frees the dialogs of freeLater. Calls modules.
+void FreeDialogsLater(DeskState& desk);
 
 const VX3DialogServices* DialogServices();
 const VX3GadgetServices* GadgetServices();

@@ -123,8 +123,7 @@ void CancelNestedIn(DeskState& desk, Dialog& dialog)
 void EndWhatIsOpen(DeskState& desk, Dialog& dialog)
 {
     CancelNestedIn(desk, dialog);
-    if (desk.drag.isRunning && desk.drag.origin == dialog.handle)
-        FinishDrag(desk, desk.drag, {}, false);
+    EndDragsOf(desk, dialog, nullptr);
     desk.popupEdits.TellEndedOf(dialog.handle);
     if (desk.popupEdits.IsOf(dialog.handle)) {
         desk.toolkit.ClosePopupEdit();

@@ -1,4 +1,5 @@
 // The table of guidialog.h.
+#include "core/message.h"
 #include "core/services.h"
 #include "gui/dialoglife.h"
 #include "gui/gadgettree.h"
@@ -27,19 +28,42 @@ VX3Dialog Create(void* object, const VX3DialogTable* table)
     return handle;
 }
 
-void Free(VX3Dialog handle)
+// Its module is not called any more.
+void Silence(Dialog& dialog)
 {
-    const DialogCall call(handle, Calls::Nested);
+    dialog.object = nullptr;
+    dialog.table = &noOperations;
+}
+
+void FreeNow(DeskState& desk, Dialog& dialog)
+{
+    const VX3Dialog handle = dialog.handle;
+    CloseNow(desk, dialog);
+    auto found = desk.dialogs.find(handle); // the closing may have run another `free`
+    if (found == desk.dialogs.end())
+        return;
+    Silence(*found->second);
+    desk.goneDialogs.push_back(std::move(found->second));
+    desk.dialogs.erase(found);
+}
+
+// Where nothing may close, only its module is done with it at once.
+void FreeAfterwards(VX3Dialog handle)
+{
+    const DialogCall call(handle);
     if (!call)
         return;
-    CloseNow(*call.desk, *call.dialog);
-    auto found = call.desk->dialogs.find(handle); // the closing may have run another `free`
-    if (found == call.desk->dialogs.end())
-        return;
-    found->second->object = nullptr;
-    found->second->table = &noOperations;
-    call.desk->goneDialogs.push_back(std::move(found->second));
-    call.desk->dialogs.erase(found);
+    call.desk->freeLater.push_back(handle);
+    Silence(*call.dialog);
+    core::RequestDelivery();
+}
+
+void Free(VX3Dialog handle)
+{
+    if (const DialogCall call(handle, Calls::Nested); call)
+        FreeNow(*call.desk, *call.dialog);
+    else
+        FreeAfterwards(handle); // nothing to do if it is not there
 }
 
 VX3Bool Open(VX3Dialog handle, const VX3WindowPlace* place)
@@ -170,6 +194,16 @@ VX3Bool Detach(VX3Dialog handle)
 }
 
 } // namespace
+
+void FreeDialogsLater(DeskState& desk)
+{
+    while (!desk.freeLater.empty()) {
+        const VX3Dialog handle = desk.freeLater.back();
+        desk.freeLater.pop_back();
+        if (Dialog* dialog = FindDialog(desk, handle))
+            FreeNow(desk, *dialog);
+    }
+}
 
 const VX3DialogServices* DialogServices()
 {

@@ -112,6 +112,29 @@ void Ask(DeskState& desk, DragRun& run, Gadget& gadget, DragPoint point, Phase p
         SendTo(desk, run, *gadget.dialog, &gadget, point, phase);
 }
 
+// The drag in which another one begins, put aside.
+class OuterDrag
+{
+public:
+    explicit OuterDrag(DeskState& ownDesk)
+        : desk(ownDesk)
+        , outer(std::exchange(ownDesk.drag, {}))
+    {
+    }
+    ~OuterDrag() { desk.drag = outer; }
+    OuterDrag(const OuterDrag&) = delete;
+    OuterDrag& operator=(const OuterDrag&) = delete;
+
+private:
+    DeskState& desk;
+    const DragRun outer;
+};
+
+bool IsOf(const DragRun& run, const Dialog& dialog, const Gadget* group)
+{
+    return run.origin == dialog.handle && (!group || (run.source && IsInside(*run.source, *group)));
+}
+
 } // namespace
 
 void MoveDragTo(DeskState& desk, DragRun& run, DragPoint point)
@@ -137,19 +160,34 @@ void FinishDrag(DeskState& desk, DragRun& run, DragPoint point, bool isDropped)
     run.tree = nullptr;
 }
 
+void EndDragsOf(DeskState& desk, Dialog& dialog, Gadget* group)
+{
+    if (IsOf(desk.drag, dialog, group))
+        FinishDrag(desk, desk.drag, {}, false);
+    std::vector<std::shared_ptr<TreeState>> trees;
+    if (group || dialog.root)
+        ForEachGadget(group ? *group : *dialog.root, [&](Gadget& gadget) {
+            if (gadget.dialog == &dialog && gadget.tree)
+                trees.push_back(gadget.tree);
+        });
+    for (const std::shared_ptr<TreeState>& tree : trees)
+        FreeTreeDrag(*tree);
+}
+
 bool RunDragOf(DeskState& desk, Gadget& gadget, int32_t type, void* data)
 {
     if (desk.drag.isRunning || !IsLive(*gadget.dialog) || WantsToLeave(*gadget.dialog))
         return false;
-    desk.drag = {};
+    const OuterDrag outer(desk); // a drop of it may be going on
     desk.drag.isRunning = true;
+    desk.drag.source = &gadget;
     desk.drag.type = type;
     desk.drag.data = data;
     desk.drag.origin = gadget.dialog->handle;
     const NestedRun run(desk, *gadget.dialog);
     desk.toolkit.RunDrag(gadget);
     FinishDrag(desk, desk.drag, {}, false); // if the toolkit was stopped in the middle
-    return std::exchange(desk.drag, {}).hasMoved;
+    return desk.drag.hasMoved;
 }
 
 } // namespace vx3::gui

@@ -148,7 +148,9 @@ VX3Bool FlushGroup(VX3Dialog handle, int32_t id)
     const GadgetCall call(handle, id, 0, Calls::Nested);
     if (!call || !call.gadget->IsGroup() || !CanBuild(call))
         return 0;
-    CloseInside(*call.desk, *call.gadget);
+    EndDragsOf(*call.desk, *call.dialog, call.gadget);
+    if (!call.gadget->isGone)
+        CloseInside(*call.desk, *call.gadget);
     if (call.gadget->isGone || !CanBuild(call))
         return 0;
     DropChildren(*call.desk, *call.gadget);

@@ -127,6 +127,8 @@ VX3Bool SetValue(VX3Dialog dialog, int32_t id, double value)
     const GadgetCall call(dialog, id);
     if (!call || !HasValue(*call.gadget) || !std::isfinite(value))
         return 0;
+    if (call.gadget->shape.kind == VX3_GADGET_TABS && AskScope::IsAsking())
+        return 0;
     const double clamped = ClampedValue(*call.gadget, value);
     if (call.gadget->value == clamped)
         return 1;

@@ -70,9 +70,12 @@ void Forget(DeskState& desk, Gadget& gadget)
     if (window.life.wantedFocus == &gadget)
         window.life.wantedFocus = nullptr;
     std::erase(desk.unsettledTrees, &gadget);
-    for (DragRun* run : { &desk.drag, &desk.foreignDrag })
+    for (DragRun* run : { &desk.drag, &desk.foreignDrag }) {
         if (run->tree == &gadget)
             run->tree = nullptr;
+        if (run->source == &gadget)
+            run->source = nullptr;
+    }
 }
 
 void DropGadget(DeskState& desk, Gadget& gadget)

@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "gui/askscope.h"
 #include "gui/layoutpass.h"
 
 namespace vx3::gui {
@@ -152,6 +153,7 @@ int LayoutPass::MeasureArea(Gadget& gadget, Axis axis)
     gadget.place.height = room.height;
     int32_t width = 0;
     int32_t height = 0;
+    const AskScope scope;
     gadget.area->table->minSize(gadget.area->object, &width, &height);
     return axis == Axis::Horizontal ? width : height;
 }

@@ -3,6 +3,7 @@
 #include "core/registry.h"
 #include "core/services.h"
 #include "core/values.h"
+#include "gui/askscope.h"
 
 namespace vx3::gui {
 
@@ -121,6 +122,7 @@ void FillInCommand(MenuItem& item)
     item.text = command ? core::Text(command->name).Units() : std::u16string();
     if (item.text.empty())
         item.text = core::Text("#" + std::to_string(item.id)).Units();
+    const AskScope scope;
     const uint32_t state = command ? command->State() : 0;
     item.bits = (state & VX3_COMMAND_ENABLED ? 0u : static_cast<uint32_t>(VX3_MENU_DISABLED))
         | (state & VX3_COMMAND_CHECKED ? static_cast<uint32_t>(VX3_MENU_CHECKED) : 0u);

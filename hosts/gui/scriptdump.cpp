@@ -60,6 +60,7 @@ std::string DescribeGadget(const Gadget& gadget)
 
 std::string DescribeRow(const TreeState& tree, const TreeRow& row)
 {
+    const AskScope scope;
     const bool isSelected = tree.table->isSelected && tree.table->isSelected(tree.object, row.row);
     return std::string(row.hasExpander ? row.isOpen ? "- " : "+ " : "  ") + core::Text(std::u16string_view(NameOfRow(tree, row.row))).Utf8()
         + (isSelected ? " selected" : "");

@@ -30,6 +30,7 @@ uint32_t AskRow(TreeState& tree, std::optional<size_t> index, const VX3Container
 {
     if (!index || !tree.table->acceptDrag)
         return VX3_DROP_REFUSED;
+    const AskScope scope;
     return tree.table->acceptDrag(tree.object, tree.rows[*index].row, &message);
 }
 

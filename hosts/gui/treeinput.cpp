@@ -1,5 +1,9 @@
 #include "gui/treeinput.h"
 
+#include <algorithm>
+
+#include "gui/tracks.h"
+
 namespace vx3::gui {
 
 namespace {
@@ -14,6 +18,7 @@ Toolkit& ToolkitOf(const TreeCall& call)
 
 bool IsSelected(const TreeCall& call, const TreeRow& row)
 {
+    const AskScope scope;
     return call.tree->table->isSelected && call.tree->table->isSelected(call.tree->object, row.row);
 }
 
@@ -23,42 +28,70 @@ bool IsOnExpander(const TreeCall& call, const TreeRow& row, int x)
     return row.hasExpander && x >= left && x < left + treeIndent;
 }
 
+// The type of what is dragged then; 0 if nothing can be.
+int32_t MakeDrag(TreeState& tree, int64_t id)
+{
+    const auto index = FindRowById(tree, id);
+    if (!index || !tree.table->dragType || !tree.table->makeDrag)
+        return 0;
+    const AskScope scope;
+    void* row = tree.rows[*index].row;
+    const int32_t type = tree.table->dragType(tree.object, row);
+    void* data = type ? tree.table->makeDrag(tree.object, row) : nullptr;
+    if (data)
+        tree.dragged = { id, data };
+    return data ? type : 0;
+}
+
 // From the press until the button is let go; true if something was dragged.
 bool DragRow(TreeCall& call, int64_t id)
 {
-    const VX3TreeTable& table = *call.tree->table;
-    void* object = call.tree->object;
-    const auto index = FindRowById(*call.tree, id);
-    if (!index || !table.dragType || !table.makeDrag)
+    TreeState& tree = *call.tree;
+    const int32_t type = tree.dragged ? 0 : MakeDrag(tree, id);
+    if (type == 0)
         return false;
-    void* row = call.tree->rows[*index].row;
-    const int32_t type = table.dragType(object, row);
-    void* data = type ? table.makeDrag(object, row) : nullptr;
-    if (!data)
-        return false;
-    const bool isDragged = call.tree->host->Drag(call.gadget, type, data);
-    const auto later = FindRowById(*call.tree, id);
-    if (table.freeDrag)
-        table.freeDrag(object, later ? call.tree->rows[*later].row : nullptr, data);
+    const bool isDragged = tree.host->Drag(call.gadget, type, tree.dragged->data);
+    if (!call.IsGone())
+        FreeTreeDrag(tree);
     return isDragged;
+}
+
+// Mostly a row is where it was, so that many are found in a moment.
+std::optional<size_t> FindRowNear(TreeState& tree, size_t index, int64_t id)
+{
+    const std::vector<TreeRow>& rows = RowsOf(tree);
+    return index < rows.size() && rows[index].id == id ? std::optional(index) : FindRowById(tree, id);
+}
+
+// False if the tree has gone.
+bool SelectRow(TreeCall& call, std::optional<size_t> index, int32_t mode)
+{
+    if (!index)
+        return true;
+    const TreeRow row = call.tree->rows[*index];
+    call.tree->focus = row.id;
+    if (call.tree->table->select)
+        call.tree->table->select(call.tree->object, row.row, mode);
+    if (!call.IsGone())
+        RedrawTree(call.gadget);
+    return !call.IsGone();
 }
 
 // All rows between the one with the focus and another, the other one last.
 void SelectUpTo(TreeCall& call, int64_t id)
 {
     const auto last = FindRowById(*call.tree, id);
-    const size_t first = FindRowById(*call.tree, call.tree->focus).value_or(last.value_or(0));
     if (!last)
         return;
-    std::vector<int64_t> ids;
+    const std::vector<TreeRow> rows = call.tree->rows;
+    size_t first = *last;
+    for (size_t i = 0; i < rows.size(); ++i)
+        if (rows[i].id == call.tree->focus)
+            first = i;
     for (size_t i = first;; i < *last ? ++i : --i) {
-        ids.push_back(call.tree->rows[i].id);
-        if (i == *last)
-            break;
-    }
-    for (size_t i = 0; i < ids.size(); ++i)
-        if (!SelectTreeRow(call, ids[i], i == 0 ? VX3_SELECT_NEW : VX3_SELECT_ADD))
+        if (!SelectRow(call, FindRowNear(*call.tree, i, rows[i].id), i == first ? VX3_SELECT_NEW : VX3_SELECT_ADD) || i == *last)
             return;
+    }
 }
 
 // A press on what is selected leaves that as it is until the button is let go, so that all of
@@ -119,7 +152,8 @@ bool TurnWheel(TreeCall& call, const Input& input)
     const std::vector<TreeRow>& rows = RowsOf(*call.tree);
     if (rows.empty())
         return true;
-    const int distance = -input.value * rowsOfNotch * rows.front().height / wheelNotch;
+    const int64_t wanted = -int64_t(input.value) * rowsOfNotch * rows.front().height / wheelNotch;
+    const int distance = static_cast<int>(std::clamp<int64_t>(wanted, -mostLength, mostLength));
     const bool isSideways = (input.qualifiers & VX3_QUALIFIER_SHIFT) != 0;
     ScrollTree(call.gadget, isSideways ? Point{ distance, 0 } : Point{ 0, distance });
     return true;
@@ -145,15 +179,7 @@ bool FeedTree(Gadget& gadget, const Input& input)
 
 bool SelectTreeRow(TreeCall& call, int64_t id, int32_t mode)
 {
-    const auto index = FindRowById(*call.tree, id);
-    if (!index)
-        return true;
-    call.tree->focus = id;
-    if (call.tree->table->select)
-        call.tree->table->select(call.tree->object, call.tree->rows[*index].row, mode);
-    if (!call.IsGone())
-        RedrawTree(call.gadget);
-    return !call.IsGone();
+    return SelectRow(call, FindRowById(*call.tree, id), mode);
 }
 
 bool OpenTreeRow(TreeCall& call, int64_t id, bool isOpen)

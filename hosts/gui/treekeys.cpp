@@ -11,6 +11,7 @@ constexpr int64_t typingPause = 1000; // milliseconds after which typing begins 
 
 bool IsSelected(const TreeState& tree, size_t index)
 {
+    const AskScope scope;
     return tree.table->isSelected && tree.table->isSelected(tree.object, tree.rows[index].row);
 }
 
@@ -21,7 +22,9 @@ std::optional<size_t> CurrentRow(TreeState& tree)
     const auto focus = FindRowById(tree, tree.focus);
     if (focus && IsSelected(tree, *focus))
         return focus;
-    for (size_t i = 0; i < RowsOf(tree).size(); ++i)
+    if (!tree.focus)
+        RowsOf(tree);
+    for (size_t i = 0; i < tree.rows.size(); ++i)
         if (IsSelected(tree, i))
             return i;
     return focus;
@@ -29,18 +32,16 @@ std::optional<size_t> CurrentRow(TreeState& tree)
 
 void MoveTo(TreeCall& call, size_t index)
 {
-    const int64_t id = RowsOf(*call.tree)[index].id;
-    if (!SelectTreeRow(call, id, VX3_SELECT_NEW))
-        return;
-    if (const auto later = FindRowById(*call.tree, id))
-        ShowTreeRow(call.gadget, *later);
+    const int64_t id = call.tree->rows[index].id;
+    if (SelectTreeRow(call, id, VX3_SELECT_NEW))
+        ShowTreeRow(call.gadget, id);
 }
 
 // By rows, as far as there are any; without a current row to the first.
 void MoveBy(TreeCall& call, int rows)
 {
     const auto current = CurrentRow(*call.tree);
-    const int last = static_cast<int>(RowsOf(*call.tree).size()) - 1;
+    const int last = static_cast<int>(call.tree->rows.size()) - 1;
     if (last >= 0)
         MoveTo(call, current ? static_cast<size_t>(std::clamp(static_cast<int>(*current) + rows, 0, last)) : 0);
 }
@@ -48,7 +49,7 @@ void MoveBy(TreeCall& call, int rows)
 void MoveByPage(TreeCall& call, int direction)
 {
     const auto current = CurrentRow(*call.tree);
-    const std::vector<TreeRow>& rows = RowsOf(*call.tree);
+    const std::vector<TreeRow>& rows = call.tree->rows;
     if (!current)
         return MoveBy(call, 0);
     const int wanted = rows[*current].top + direction * std::max(rows[*current].height, call.gadget.view.height - rows[*current].height);
@@ -150,8 +151,8 @@ void FindTyped(TreeCall& call)
     TreeState& tree = *call.tree;
     const bool goesOn = IsOneLetter(tree.typed);
     const std::u16string wanted = goesOn ? tree.typed.substr(0, 1) : tree.typed;
-    const size_t count = RowsOf(tree).size();
     const auto current = CurrentRow(tree);
+    const size_t count = tree.rows.size();
     const size_t first = current ? *current + (goesOn ? 1 : 0) : 0;
     for (size_t i = 0; i < count; ++i) {
         const size_t index = (first + i) % count;

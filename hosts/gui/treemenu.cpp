@@ -50,8 +50,10 @@ int32_t ChooseFromMenu(TreeCall& call, void* row)
     ContainerValue menu;
     for (const MenuRow& own : ownRows)
         core::ContainerServices()->setText(menu.Get(), own.id, core::Text(std::string_view(own.text)).Get());
-    if (call.tree->table->contextMenu)
+    if (call.tree->table->contextMenu) {
+        const AskScope scope;
         call.tree->table->contextMenu(call.tree->object, row, menu.Get());
+    }
     if (call.IsGone() || core::ContainerServices()->count(menu.Get()) == 0)
         return 0;
     return call.tree->host->Popup(call.gadget, *menu.Get(), -1, -1);

@@ -50,7 +50,7 @@ public:
         canvas.Fill(dirty);
         // A cell's module may have all rows asked for again, so none is kept from one to the next.
         for (size_t i = RowAt(gadget, std::max(0, dirty.y)).value_or(RowsOf(tree).size()); i < RowsOf(tree).size(); ++i) {
-            const TreeRow row = RowsOf(tree)[i];
+            const TreeRow row = tree.rows[i];
             const Place place = PlaceOfRow(gadget, row);
             if (place.y >= dirty.y + dirty.height)
                 break;
@@ -91,11 +91,13 @@ private:
         }
         const VX3Rectangle rectangle = RectangleOf(cell);
         const CanvasScope scope(canvas);
+        const AskScope asking;
         tree.table->drawCell(tree.object, row.row, VX3_COLUMN_ICON, scope.Handle(), &rectangle);
     }
 
     void PaintName(const TreeRow& row, const Place& cell)
     {
+        const AskScope asking;
         if (tree.table->isSelected && tree.table->isSelected(tree.object, row.row)) {
             canvas.SetPen(toolkit.ColourOf(VX3_COLOUR_SELECTION));
             canvas.Fill(cell);

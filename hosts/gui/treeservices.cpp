@@ -6,14 +6,16 @@ namespace vx3::gui {
 
 namespace {
 
-// A call for a gadget that shows a tree.
+// A call for a gadget that shows a tree, whose rows are not being asked for if the call needs them.
+enum class Needs { Tree, Rows };
+
 class AttachedCall : public GadgetCall
 {
 public:
-    AttachedCall(VX3Dialog handle, int32_t id)
+    AttachedCall(VX3Dialog handle, int32_t id, Needs needs)
         : GadgetCall(handle, id, VX3_GADGET_TREE)
     {
-        if (gadget && !gadget->tree)
+        if (gadget && (!gadget->tree || (needs == Needs::Rows && gadget->tree->isAsking)))
             gadget = nullptr;
     }
 };
@@ -21,15 +23,12 @@ public:
 VX3Bool Attach(VX3Dialog dialog, int32_t id, void* object, const VX3TreeTable* table)
 {
     const GadgetCall call(dialog, id, VX3_GADGET_TREE);
-    if (!call || !table)
-        return 0;
-    AttachTree(*call.gadget, *call.desk, object, table);
-    return 1;
+    return call && table && AttachTree(*call.gadget, *call.desk, object, table);
 }
 
 VX3Bool Refresh(VX3Dialog dialog, int32_t id)
 {
-    const AttachedCall call(dialog, id);
+    const AttachedCall call(dialog, id, Needs::Tree);
     if (!call)
         return 0;
     RefreshTree(*call.gadget);
@@ -38,7 +37,7 @@ VX3Bool Refresh(VX3Dialog dialog, int32_t id)
 
 VX3Bool Redraw(VX3Dialog dialog, int32_t id)
 {
-    const AttachedCall call(dialog, id);
+    const AttachedCall call(dialog, id, Needs::Tree);
     if (!call)
         return 0;
     RedrawTree(*call.gadget);
@@ -47,17 +46,17 @@ VX3Bool Redraw(VX3Dialog dialog, int32_t id)
 
 VX3Bool ShowRow(VX3Dialog dialog, int32_t id, void* row)
 {
-    const AttachedCall call(dialog, id);
+    const AttachedCall call(dialog, id, Needs::Rows);
     const auto index = call ? FindRow(*call.gadget->tree, row) : std::nullopt;
     if (!index)
         return 0;
-    ShowTreeRow(*call.gadget, *index);
+    ShowTreeRow(*call.gadget, call.gadget->tree->rows[*index].id);
     return 1;
 }
 
 VX3Bool GetRowPlace(VX3Dialog dialog, int32_t id, void* row, VX3Rectangle* rectangle, int32_t* indent)
 {
-    const AttachedCall call(dialog, id);
+    const AttachedCall call(dialog, id, Needs::Rows);
     const auto index = call ? FindRow(*call.gadget->tree, row) : std::nullopt;
     if (!index)
         return 0;
@@ -73,7 +72,7 @@ VX3Bool GetRowPlace(VX3Dialog dialog, int32_t id, void* row, VX3Rectangle* recta
 
 VX3Bool SetFocusRow(VX3Dialog dialog, int32_t id, void* row)
 {
-    const AttachedCall call(dialog, id);
+    const AttachedCall call(dialog, id, Needs::Rows);
     if (!call)
         return 0;
     SetTreeFocus(*call.gadget, row);

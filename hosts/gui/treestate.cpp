@@ -1,9 +1,12 @@
 #include "gui/treestate.h"
 
 #include <algorithm>
+#include <exception>
+#include <utility>
 
 #include "core/values.h"
 #include "gui/layout.h"
+#include "gui/tracks.h"
 
 namespace vx3::gui {
 
@@ -11,9 +14,11 @@ namespace {
 
 constexpr size_t mostRows = 1 << 20; // of a tree without an end, the rest is not shown
 constexpr int rowMargin = 3;         // above and below the text of a row without a height of its own
+constexpr int mostRowLength = 1 << 20;
 
 int64_t IdOfRow(const TreeState& tree, void* row)
 {
+    const AskScope scope;
     return tree.table->id ? tree.table->id(tree.object, row) : static_cast<int64_t>(reinterpret_cast<intptr_t>(row));
 }
 
@@ -22,7 +27,7 @@ TreeRow AskRow(const TreeState& tree, void* row, int depth, int top)
     const VX3TreeTable& table = *tree.table;
     TreeRow asked = { row, IdOfRow(tree, row), depth, top, 0, false, false };
     asked.height = table.rowHeight ? table.rowHeight(tree.object, row) : tree.host->GetToolkit().FontHeight() + 2 * rowMargin;
-    asked.height = std::max(1, asked.height);
+    asked.height = std::clamp(asked.height, 1, mostRowLength);
     asked.isOpen = table.isOpen && table.isOpen(tree.object, row);
     if (table.hasExpander)
         asked.hasExpander = table.hasExpander(tree.object, row);
@@ -35,7 +40,7 @@ int WidthOfRow(const TreeState& tree, const TreeRow& row)
 {
     const int indent = (row.depth + 1) * treeIndent;
     if (tree.table->columnWidth)
-        return indent + std::max(0, tree.table->columnWidth(tree.object, row.row, VX3_COLUMN_ICON));
+        return indent + std::clamp(tree.table->columnWidth(tree.object, row.row, VX3_COLUMN_ICON), 0, mostRowLength);
     return indent + tree.host->GetToolkit().TextWidth(NameOfRow(tree, row.row)) + 2 * rowMargin;
 }
 
@@ -75,21 +80,51 @@ private:
     std::vector<void*> above;
 };
 
+// As long as the rows are asked for. If that fails they are as stale as before.
+class Asking
+{
+public:
+    explicit Asking(TreeState& ownTree)
+        : tree(ownTree)
+    {
+        tree.isAsking = true;
+        tree.isStale = false;
+    }
+    ~Asking()
+    {
+        tree.isAsking = false;
+        tree.isStale |= std::uncaught_exceptions() > exceptions;
+    }
+    Asking(const Asking&) = delete;
+    Asking& operator=(const Asking&) = delete;
+
+private:
+    TreeState& tree;
+    const int exceptions = std::uncaught_exceptions();
+    AskScope scope;
+};
+
+// What changes while they are asked for is asked for the next time.
 void AskRows(TreeState& tree)
 {
-    tree.rows.clear();
-    tree.content = {};
-    for (RowWalk walk(tree); walk.Row() && tree.rows.size() < mostRows; walk.Advance(tree.rows.back().isOpen)) {
-        tree.rows.push_back(AskRow(tree, walk.Row(), walk.Depth(), tree.content.height));
-        const TreeRow& row = tree.rows.back();
-        tree.content = { std::max(tree.content.width, WidthOfRow(tree, row)), row.top + row.height };
+    const Asking asking(tree);
+    std::vector<TreeRow> rows;
+    Size content;
+    for (RowWalk walk(tree); walk.Row() && rows.size() < mostRows && content.height < mostLength; walk.Advance(rows.back().isOpen)) {
+        rows.push_back(AskRow(tree, walk.Row(), walk.Depth(), content.height));
+        const TreeRow& row = rows.back();
+        content = { std::max(content.width, WidthOfRow(tree, row)), row.top + row.height };
     }
+    tree.rows = std::move(rows);
+    tree.content = content;
 }
 
 } // namespace
 
-void AttachTree(Gadget& gadget, TreeHost& host, void* object, const VX3TreeTable* table)
+bool AttachTree(Gadget& gadget, TreeHost& host, void* object, const VX3TreeTable* table)
 {
+    if (gadget.tree && (gadget.tree->isAsking || gadget.tree->dragged))
+        return false;
     gadget.tree = std::make_shared<TreeState>();
     gadget.tree->host = &host;
     gadget.tree->object = object;
@@ -97,6 +132,18 @@ void AttachTree(Gadget& gadget, TreeHost& host, void* object, const VX3TreeTable
     gadget.scrolled = {};
     RedrawTree(gadget);
     host.SettleLater(gadget);
+    return true;
+}
+
+void FreeTreeDrag(TreeState& tree)
+{
+    if (!tree.dragged)
+        return;
+    const TreeState::Dragged freed = *std::exchange(tree.dragged, std::nullopt);
+    const auto index = FindRowById(tree, freed.id);
+    const AskScope scope;
+    if (tree.table->freeDrag)
+        tree.table->freeDrag(tree.object, index ? tree.rows[*index].row : nullptr, freed.data);
 }
 
 void RefreshTree(Gadget& gadget)
@@ -149,9 +196,8 @@ void RedrawTree(Gadget& gadget)
 
 const std::vector<TreeRow>& RowsOf(TreeState& tree)
 {
-    if (tree.isStale)
+    if (tree.isStale && !tree.isAsking)
         AskRows(tree);
-    tree.isStale = false;
     return tree.rows;
 }
 
@@ -181,9 +227,9 @@ std::optional<size_t> RowAt(Gadget& gadget, int y)
     return static_cast<size_t>(behind - rows.begin()) - 1;
 }
 
-std::optional<size_t> ParentOf(TreeState& tree, size_t index)
+std::optional<size_t> ParentOf(const TreeState& tree, size_t index)
 {
-    const std::vector<TreeRow>& rows = RowsOf(tree);
+    const std::vector<TreeRow>& rows = tree.rows;
     for (size_t i = index; i-- > 0;)
         if (rows[i].depth < rows[index].depth)
             return i;
@@ -197,16 +243,20 @@ Place PlaceOfRow(const Gadget& gadget, const TreeRow& row)
 
 std::u16string NameOfRow(const TreeState& tree, void* row)
 {
+    const AskScope scope;
     core::Text name;
     if (tree.table->name)
         tree.table->name(tree.object, row, name.Get());
     return name.Units();
 }
 
-void ShowTreeRow(Gadget& gadget, size_t index)
+void ShowTreeRow(Gadget& gadget, int64_t id)
 {
     SettleTree(gadget);
-    const TreeRow& row = gadget.tree->rows[index];
+    const auto index = FindRowById(*gadget.tree, id);
+    if (!index)
+        return;
+    const TreeRow& row = gadget.tree->rows[*index];
     const int above = row.top - gadget.scrolled.y;
     const int below = row.top + row.height - gadget.scrolled.y - gadget.view.height;
     if (above < 0 || below > 0)
@@ -216,7 +266,7 @@ void ShowTreeRow(Gadget& gadget, size_t index)
 void ScrollTree(Gadget& gadget, Point by)
 {
     const Point before = gadget.scrolled;
-    gadget.scrolled = gadget.scrolled + by;
+    gadget.scrolled = gadget.scrolled + Point{ std::clamp(by.x, -mostLength, mostLength), std::clamp(by.y, -mostLength, mostLength) };
     ClampScrolled(gadget);
     if (gadget.scrolled == before)
         return;

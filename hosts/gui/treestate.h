@@ -14,6 +14,7 @@
 #include <string>
 #include <vector>
 
+#include "gui/askscope.h"
 #include "gui/toolkit.h"
 
 namespace vx3::gui {
@@ -56,9 +57,20 @@ struct TreeState {
     std::u16string typed; // letters of a name, typed one soon after the other
     int64_t typedAt = 0;
     int64_t dragScrolledAt = 0;
+
+    bool isAsking = false; // the rows are being asked for
+    struct Dragged {
+        int64_t id = 0;
+        void* data = nullptr;
+    };
+    std::optional<Dragged> dragged; // of a row, until the module has freed it
 };
 
-void AttachTree(Gadget& gadget, TreeHost& host, void* object, const VX3TreeTable* table);
+// False while the module of the tree before still answers or has something dragged.
+bool AttachTree(Gadget& gadget, TreeHost& host, void* object, const VX3TreeTable* table);
+
+// The module frees what is dragged out of the tree, if that is still to be done.
+void FreeTreeDrag(TreeState& tree);
 
 // The rows have changed: asks for them when they are needed next.
 void RefreshTree(Gadget& gadget);
@@ -70,17 +82,18 @@ void RedrawTree(Gadget& gadget);
 // The row that keys start from, also one that cannot be scrolled to yet; none for no row.
 void SetTreeFocus(Gadget& gadget, void* row);
 
-// The rows of a tree, asked for if need be. Calls the module, but nothing nested.
+// The rows of a tree, asked for if need be: an index holds until this is called again. Calls the
+// module, but nothing nested. While the module is being asked they are those from before.
 const std::vector<TreeRow>& RowsOf(TreeState& tree);
 std::optional<size_t> FindRow(TreeState& tree, const void* row);
 std::optional<size_t> FindRowById(TreeState& tree, std::optional<int64_t> id);
 std::optional<size_t> RowAt(Gadget& gadget, int y);
-std::optional<size_t> ParentOf(TreeState& tree, size_t index);
+std::optional<size_t> ParentOf(const TreeState& tree, size_t index);
 Place PlaceOfRow(const Gadget& gadget, const TreeRow& row); // over the whole width of the view
 std::u16string NameOfRow(const TreeState& tree, void* row);
 
 // Scrolls a row into view, and by an amount as far as there is something to see.
-void ShowTreeRow(Gadget& gadget, size_t index);
+void ShowTreeRow(Gadget& gadget, int64_t id);
 void ScrollTree(Gadget& gadget, Point by);
 
 } // namespace vx3::gui

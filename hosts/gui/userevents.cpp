@@ -99,6 +99,7 @@ void DrawArea(DeskState& desk, Gadget& gadget, Canvas& canvas, const Place& dirt
     canvas.SetPen(ColourOfNumber(desk.toolkit, VX3_COLOUR_TEXT));
     canvas.SetTextColour(ColourOfNumber(desk.toolkit, VX3_COLOUR_TEXT));
     const CanvasScope scope(canvas);
+    const AskScope asking;
     const VX3Rectangle part = RectangleOf(dirty);
     gadget.area->table->draw(gadget.area->object, scope.Handle(), &part);
 }

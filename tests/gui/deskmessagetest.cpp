@@ -46,19 +46,6 @@ protected:
     ModuleArea area{ log, "area" };
 };
 
-class NoCanvas : public Canvas
-{
-public:
-    void SetClip(const Place&) override { }
-    void ClearClip() override { }
-    void SetPen(Colour) override { }
-    void SetTextColour(Colour) override { }
-    void Fill(const Place&) override { }
-    void Line(Point, Point) override { }
-    void DrawBitmap(const VX3Bitmap*, const Place&, const Place&, bool) override { }
-    void DrawText(std::u16string_view, Point) override { }
-};
-
 TEST_F(DeskMessages, TimersKeepTheirPaceAndNeverEnterThemselves)
 {
     ModuleDialog other(log, "O");

@@ -68,6 +68,19 @@ public:
     int32_t cursor = 0;
 };
 
+class NoCanvas : public Canvas
+{
+public:
+    void SetClip(const Place&) override { }
+    void ClearClip() override { }
+    void SetPen(Colour) override { }
+    void SetTextColour(Colour) override { }
+    void Fill(const Place&) override { }
+    void Line(Point, Point) override { }
+    void DrawBitmap(const VX3Bitmap*, const Place&, const Place&, bool) override { }
+    void DrawText(std::u16string_view, Point) override { }
+};
+
 // A gadget with its children as a layout says; its text is as long as the number of its text.
 inline std::unique_ptr<Gadget> MakeGadgets(Dialog& dialog, const LayoutNode& node)
 {
