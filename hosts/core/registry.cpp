@@ -155,6 +155,11 @@ bool RegisteredCommand::Execute() const
     return table->execute && table->execute(object);
 }
 
+bool RegisteredCommand::Restore(int32_t subId) const
+{
+    return table->restore && table->restore(object, subId);
+}
+
 uint32_t RegisteredCommand::State() const
 {
     return table->getState ? table->getState(object) : static_cast<uint32_t>(VX3_COMMAND_ENABLED);

@@ -28,7 +28,8 @@ struct RegisteredCommand {
     Registrant owner = nullptr;
 
     bool Execute() const;
-    uint32_t State() const; // VX3_COMMAND bits; enabled if the command does not say
+    bool Restore(int32_t subId) const; // its window, from the saved layout; false if it opens none
+    uint32_t State() const;            // VX3_COMMAND bits; enabled if the command does not say
 };
 
 struct RegisteredPage {

@@ -10,6 +10,16 @@
 
 namespace vx3::desktop {
 
+namespace {
+
+// The same in each run, since its place is kept under it.
+QString NameOf(const Dialog& window)
+{
+    return QStringLiteral("window%1.%2").arg(window.opened.id).arg(window.opened.subId);
+}
+
+} // namespace
+
 // A docked window: closing it asks the module first.
 class StudioDocks::Dock final : public QDockWidget
 {
@@ -55,11 +65,30 @@ StudioDocks::Standing* StudioDocks::Find(const Dialog& window)
     return found == standings.end() ? nullptr : &*found;
 }
 
+QStringList StudioDocks::DockedNames() const
+{
+    QStringList names;
+    for (const Standing& one : standings)
+        if (one.dock)
+            names.append(NameOf(*one.window));
+    return names;
+}
+
+void StudioDocks::BeginRestore(QStringList namesBefore)
+{
+    restored = std::move(namesBefore);
+}
+
+bool StudioDocks::WantsDock(const Dialog& window) const
+{
+    return restored ? restored->contains(NameOf(window)) : docksFirst && !HasDocked();
+}
+
 void StudioDocks::WindowOpened(Dialog& window, QWidget& frame)
 {
     if (window.isModal)
         return;
-    const bool isDocked = docksFirst && !HasDocked();
+    const bool isDocked = WantsDock(window);
     standings.push_back({ &window, &frame, nullptr });
     if (isDocked)
         PutIntoDock(standings.back());
@@ -115,11 +144,18 @@ const std::vector<Dialog*> StudioDocks::Windows() const
     return windows;
 }
 
+Dialog* StudioDocks::FindWindow(VX3Dialog handle) const
+{
+    for (const Standing& one : standings)
+        if (one.window->handle == handle)
+            return one.window;
+    return nullptr;
+}
+
 void StudioDocks::PutIntoDock(Standing& standing)
 {
     auto* dock = new Dock(main, toolkit, *standing.window);
-    const auto number = std::count_if(standings.begin(), standings.end(), [](const Standing& one) { return one.dock != nullptr; });
-    dock->setObjectName(QStringLiteral("window%1").arg(number));
+    dock->setObjectName(NameOf(*standing.window));
     dock->setWindowTitle(standing.frame->windowTitle());
     QObject::connect(standing.frame, &QWidget::windowTitleChanged, dock, &QWidget::setWindowTitle);
     const bool wasShown = standing.frame->isVisible();
@@ -138,6 +174,8 @@ void StudioDocks::TakeOutOfDock(Standing& standing)
     dock->Forget();
     if (standing.frame) {
         QObject::disconnect(standing.frame, &QWidget::windowTitleChanged, dock, nullptr);
+        if (QWidget* focused = main.focusWidget(); focused && standing.frame->isAncestorOf(focused))
+            focused->clearFocus(); // or the main window would remember it
         standing.frame->setParent(nullptr, Qt::Window);
     }
     main.removeDockWidget(dock);

@@ -4,8 +4,10 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include <QSettings>
+#include <QStringList>
 
 #include "gui/desk.h"
 
@@ -13,15 +15,24 @@ class QMainWindow;
 
 namespace vx3::desktop {
 
+class StudioDocks;
+
 class StudioMemory
 {
 public:
     explicit StudioMemory(std::string ownFolder); // native bytes; empty: nothing is kept
 
+    struct SavedWindow {
+        int32_t id = 0;
+        int32_t subId = 0;
+    };
+
     bool DocksFirst() const;
+    QStringList DockedNames() const;
     void Restore(QMainWindow& window) const;
-    void RestoreWindows(gui::Desk& desk) const;
-    void Keep(const QMainWindow& window, bool docksFirst);
+    // Hands the desk what modules said, and answers whose windows it is of.
+    std::vector<SavedWindow> RestoreWindows(gui::Desk& desk) const;
+    void Keep(const QMainWindow& window, const StudioDocks& docks);
     bool KeepWindows(gui::Desk& desk); // false if that could not be written
 
 private:

@@ -150,7 +150,7 @@ int RunStudio(const StudioOptions& options)
         return Refuse(failure);
     StudioWindow window(session);
     window.Restore();
-    if (Failure failure = session.OpenPlace(options.place))
+    if (Failure failure = window.OpenWindows(options.place))
         return Refuse(failure);
     window.show();
     std::unique_ptr<FirstPainting> firstPainting;

@@ -1,5 +1,7 @@
 #include "studiosession.h"
 
+#include <cstddef>
+
 #include <unistd.h>
 
 #include <QApplication>
@@ -16,6 +18,7 @@ namespace vx3::desktop {
 namespace {
 
 constexpr int32_t runModeWithWindows = 0;
+constexpr int32_t windowInFront = -1;
 constexpr int pulseTime = 1000; // ms
 
 Failure FindModule(const StudioOptions& options, std::string& file)
@@ -158,19 +161,43 @@ Failure StudioSession::OpenPlace(const std::string& place)
         return isOpen ? Failure() : Failure{ Exit::Damaged, "the browser did not open a window" };
     }
     VX3Url url = {};
+    Failure failure = UrlOf(place, url);
+    if (!failure && !browser->windows->open(&url))
+        failure = { Exit::Damaged, "the browser did not open a window" };
+    browser->urls->destruct(&url);
+    return failure;
+}
+
+Failure StudioSession::GoTo(const std::string& place)
+{
+    constexpr size_t needed = offsetof(VX3ToolFunctions, goTo) + sizeof(VX3ToolFunctions::goTo);
+    if (browser->tools->size < static_cast<int64_t>(needed)) // a browser that cannot be told
+        return OpenPlace(place);
+    VX3Url url = {};
+    Failure failure = UrlOf(place, url);
+    if (!failure && !browser->tools->goTo(windowInFront, browser->urls->getText(&url)))
+        failure = { Exit::NotFound, "'" + place + "' cannot be shown" };
+    browser->urls->destruct(&url);
+    return failure;
+}
+
+bool StudioSession::RestoreWindow(int32_t id, int32_t subId)
+{
+    const core::RegisteredCommand* command = core::FindCommand(id);
+    return command && command->Restore(subId);
+}
+
+Failure StudioSession::UrlOf(const std::string& place, VX3Url& url)
+{
     if (IsUrl(place)) {
         browser->urls->setText(&url, core::Text(place).Get());
-        if (!IsThere(*browser, place))
-            return { Exit::NotFound, "'" + place + "' is not there" };
-    } else {
-        const std::string path = AbsolutePath(place);
-        if (access(path.c_str(), F_OK) != 0)
-            return { Exit::NotFound, "'" + path + "' is not there" };
-        browser->urls->setFile(&url, core::Path(std::string_view(path)).Get());
+        return IsThere(*browser, place) ? Failure() : Failure{ Exit::NotFound, "'" + place + "' is not there" };
     }
-    const bool isOpen = browser->windows->open(&url);
-    browser->urls->destruct(&url);
-    return isOpen ? Failure() : Failure{ Exit::Damaged, "the browser did not open a window" };
+    const std::string path = AbsolutePath(place);
+    if (access(path.c_str(), F_OK) != 0)
+        return { Exit::NotFound, "'" + path + "' is not there" };
+    browser->urls->setFile(&url, core::Path(std::string_view(path)).Get());
+    return {};
 }
 
 void StudioSession::Close()

@@ -66,8 +66,11 @@ public:
 
     // A window on a place, or where the browser begins usually.
     Failure OpenPlace(const std::string& place);
+    Failure GoTo(const std::string& place);        // in the window in front
+    bool RestoreWindow(int32_t id, int32_t subId); // from the desk's saved layout
 
 private:
+    Failure UrlOf(const std::string& place, VX3Url& url); // of one that is there; the caller destructs it
     core::HostSettings SettingsOf(const StudioOptions& options);
     void ShowText(const std::string& utf8);
     void HearOfFolders();

@@ -12,9 +12,7 @@
 
 #include "qtwindow.h"
 #include "studioconsole.h"
-#include "studiomemory.h"
 #include "studiopreferences.h"
-#include "studiosession.h"
 #include "studiotexts.h"
 
 namespace vx3::desktop {
@@ -37,6 +35,7 @@ QString RowsOfShortcuts()
 
 StudioWindow::StudioWindow(StudioSession& ownSession)
     : session(ownSession)
+    , memory(ownSession.Core().Settings().configFolder)
     , docks(*this, ownSession.Toolkit())
     , console(new StudioConsole(this))
     , hint(new QWidget(this))
@@ -122,8 +121,14 @@ void StudioWindow::FillWindowMenu(QMenu& menu)
     for (Dialog* window : docks.Windows()) {
         const QString title = ToQt(window->title).replace(QLatin1Char('&'), QStringLiteral("&&"));
         QMenu* inner = menu.addMenu(QStringLiteral("&%1  %2").arg(++number).arg(title));
-        inner->addAction(Say(Word::ShowWindow), this, [window] { WindowOf(*window)->Raise(); });
-        QAction* docked = inner->addAction(Say(Word::Docked), this, [this, window](bool isDocked) { docks.SetDocked(*window, isDocked); });
+        inner->addAction(Say(Word::ShowWindow), this, [this, handle = window->handle] {
+            if (Dialog* shown = docks.FindWindow(handle)) // it may have closed while the menu was open
+                WindowOf(*shown)->Raise();
+        });
+        QAction* docked = inner->addAction(Say(Word::Docked), this, [this, handle = window->handle](bool isDocked) {
+            if (Dialog* moved = docks.FindWindow(handle))
+                docks.SetDocked(*moved, isDocked);
+        });
         docked->setCheckable(true);
         docked->setChecked(docks.IsDocked(*window));
     }
@@ -180,17 +185,26 @@ void StudioWindow::ShowAbout()
 
 void StudioWindow::Restore()
 {
-    const StudioMemory memory(session.Core().Settings().configFolder);
     docks.SetDocksFirst(memory.DocksFirst());
     memory.Restore(*this);
-    memory.RestoreWindows(session.GetDesk());
     ShowHint();
+}
+
+Failure StudioWindow::OpenWindows(const std::string& place)
+{
+    bool isAny = false;
+    docks.BeginRestore(memory.DockedNames());
+    for (const StudioMemory::SavedWindow& saved : memory.RestoreWindows(session.GetDesk()))
+        isAny = session.RestoreWindow(saved.id, saved.subId) || isAny;
+    docks.EndRestore();
+    if (!isAny)
+        return session.OpenPlace(place);
+    return place.empty() ? Failure() : session.GoTo(place);
 }
 
 void StudioWindow::Keep()
 {
-    StudioMemory memory(session.Core().Settings().configFolder);
-    memory.Keep(*this, docks.DocksFirst());
+    memory.Keep(*this, docks);
     if (!memory.KeepWindows(session.GetDesk()))
         session.Console().Add("the windows of this run could not be kept");
 }

@@ -7,13 +7,14 @@
 #include <QPointer>
 
 #include "studiodocks.h"
+#include "studiomemory.h"
 #include "studiomenus.h"
+#include "studiosession.h"
 
 namespace vx3::desktop {
 
 class StudioConsole;
 class StudioPreferences;
-class StudioSession;
 
 class StudioWindow final : public QMainWindow
 {
@@ -21,7 +22,10 @@ public:
     explicit StudioWindow(StudioSession& ownSession);
     ~StudioWindow() override;
 
-    void Restore(); // size, place and docks of the last run; before the first window is opened
+    void Restore(); // size and place of the last run; before the first window is opened
+    // The windows of the last run, the one in front at a place if one is given. Without any, one
+    // on the place or where the browser begins usually.
+    Failure OpenWindows(const std::string& place);
 
 protected:
     void closeEvent(QCloseEvent* event) override;
@@ -41,6 +45,7 @@ private:
     bool CloseAll();
 
     StudioSession& session;
+    StudioMemory memory;
     StudioDocks docks;
     StudioConsole* console;
     QWidget* hint; // where windows are docked, while none is
