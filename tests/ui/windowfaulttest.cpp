@@ -17,7 +17,7 @@ struct FaultCase {
     int64_t leastRuns;
 };
 
-class WindowFaults : public WindowTest, public ::testing::WithParamInterface<std::tuple<FaultCase, Failing>>
+class WindowFaults : public WindowTest
 {
 protected:
     WindowFaults()
@@ -123,33 +123,27 @@ protected:
     }
 };
 
-TEST_P(WindowFaults, LeaveNothingBehind)
+TEST_F(WindowFaults, LeaveNothingBehind)
 {
-    const auto [row, failing] = GetParam();
-    int opened = 0;
-    const int64_t runs = FailEachInTurn(testHost.Faults(), row.kind, failing, [&](int64_t nth) {
-        SCOPED_TRACE(nth);
-        opened = Use();
-        ExpectNothingOpen();
-    });
-    RecordProperty("runs", std::to_string(runs));
-    EXPECT_EQ(opened, 2) << "in the run that had no failure";
-    EXPECT_GE(runs, row.leastRuns);
-    ExpectAWindow();
+    const FaultCase rows[] = { { "Memory", FailClass::Memory, 500 },
+                               { "Watch", FailClass::Watch, 2 },
+                               { "StartWalk", FailClass::StartWalk, 2 },
+                               { "NextEntry", FailClass::NextEntry, 4 },
+                               { "Inspect", FailClass::Inspect, 1 } };
+    for (const FaultCase& row : rows)
+        for (Failing failing : { Failing::Once, Failing::FromThereOn }) {
+            const std::string name = std::string(row.name) + (failing == Failing::Once ? "Once" : "FromThereOn");
+            int opened = 0;
+            const int64_t runs = FailEachInTurn(testHost.Faults(), row.kind, failing, [&](int64_t nth) {
+                SCOPED_TRACE(name + " " + std::to_string(nth));
+                opened = Use();
+                ExpectNothingOpen();
+            });
+            EXPECT_EQ(opened, 2) << "in the run that had no failure";
+            EXPECT_GE(runs, row.leastRuns) << name;
+            RecordProperty(name, std::to_string(runs));
+            ExpectAWindow();
+        }
 }
-
-std::string NameOf(const ::testing::TestParamInfo<std::tuple<FaultCase, Failing>>& given)
-{
-    const auto& [row, failing] = given.param;
-    return std::string(row.name) + (failing == Failing::Once ? "Once" : "FromThereOn");
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    EveryCall, WindowFaults,
-    ::testing::Combine(::testing::Values(FaultCase{ "Memory", FailClass::Memory, 500 }, FaultCase{ "Watch", FailClass::Watch, 2 },
-                                         FaultCase{ "StartWalk", FailClass::StartWalk, 2 },
-                                         FaultCase{ "NextEntry", FailClass::NextEntry, 4 }, FaultCase{ "Inspect", FailClass::Inspect, 1 }),
-                       ::testing::Values(Failing::Once, Failing::FromThereOn)),
-    NameOf);
 
 } // namespace
