@@ -3,6 +3,7 @@
 #include "gui/dialoglife.h"
 #include "gui/focus.h"
 #include "gui/gadgettree.h"
+#include "gui/guarded.h"
 #include "gui/layout.h"
 
 namespace vx3::gui {
@@ -166,8 +167,9 @@ int32_t TrackRubberBand(VX3Area handle, int32_t x, int32_t y, uint32_t mode, VX3
 
 const VX3AreaServices* AreaServices()
 {
-    static constexpr VX3AreaServices services = { Create,      Free,    Attach,   GetSize, Redraw,         Activate,
-                                                  HasTheFocus, ToLocal, ToScreen, Post,    TrackRubberBand };
+    static constexpr VX3AreaServices services = { guarded<Create>,   guarded<Free>,     guarded<Attach>,         guarded<GetSize>,
+                                                  guarded<Redraw>,   guarded<Activate>, guarded<HasTheFocus>,    guarded<ToLocal>,
+                                                  guarded<ToScreen>, guarded<Post>,     guarded<TrackRubberBand> };
     return &services;
 }
 

@@ -1,6 +1,7 @@
 // The table of guibox.h.
 #include "core/values.h"
 #include "gui/deskstate.h"
+#include "gui/guarded.h"
 #include "gui/units.h"
 
 namespace vx3::gui {
@@ -63,7 +64,9 @@ VX3Bool OpenPreferences(int32_t page)
 
 const VX3BoxServices* BoxServices()
 {
-    static constexpr VX3BoxServices services = { ShowBox, Ask, Choose, Reveal, OpenWithSystem, OpenPreferences };
+    static constexpr VX3BoxServices services = { guarded<ShowBox>,        guarded<Ask>,
+                                                 guarded<Choose>,         guarded<Reveal>,
+                                                 guarded<OpenWithSystem>, guarded<OpenPreferences> };
     return &services;
 }
 

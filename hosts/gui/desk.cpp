@@ -8,6 +8,7 @@
 #include "gui/deskstate.h"
 #include "gui/dialoglife.h"
 #include "gui/gadgettree.h"
+#include "gui/guarded.h"
 #include "gui/messages.h"
 #include "gui/savedlayout.h"
 #include "gui/units.h"
@@ -64,8 +65,10 @@ void CallTimer(DeskState& desk, VX3Dialog handle, int64_t now)
         return;
     UpdateWakeTime(desk); // the callback may run a loop, in which the others go on
     if (dialog->table->timer) {
-        const Callback callback(desk, *dialog, "timer");
-        dialog->table->timer(dialog->object);
+        Safely([&] {
+            const Callback callback(desk, *dialog, "timer");
+            dialog->table->timer(dialog->object);
+        });
     }
     desk.timers.End(handle, desk.toolkit.Now()); // it may have taken its time
 }
@@ -102,14 +105,17 @@ Desk::Desk(Toolkit& toolkit)
     : state(std::make_unique<State>(toolkit))
 {
     currentDesk = state.get();
-    core::SetMessageListener([this](const core::CoreMessage& message) { HandOut(*state, message); });
+    core::SetMessageListener([this](const core::CoreMessage& message) { Safely([&] { HandOut(*state, message); }); });
     core::SetWakeUp([&toolkit] { toolkit.WakeUp(); });
 }
 
 Desk::~Desk()
 {
-    while (!state->windows.empty())
-        CloseNow(*state, *state->windows.back());
+    while (!state->windows.empty()) {
+        Dialog* window = state->windows.back();
+        CloseSafely(*state, *window);
+        std::erase(state->windows, window);
+    }
     core::SetWakeUp({});
     core::SetMessageListener({});
     currentDesk = nullptr;
@@ -142,14 +148,18 @@ Gadget* Desk::FindGadget(Dialog& dialog, int32_t id) const
 
 bool Desk::AskAndClose(Dialog& window)
 {
-    const Busy busy(*state);
-    return AskToClose(*state, window);
+    return Safely([&]() -> bool {
+        const Busy busy(*state);
+        return AskToClose(*state, window);
+    });
 }
 
 void Desk::SaveLayout(VX3Container& layout)
 {
-    const Busy busy(*state);
-    SaveWindows(*state, layout);
+    Safely([&] {
+        const Busy busy(*state);
+        SaveWindows(*state, layout);
+    });
 }
 
 void Desk::SetSavedLayout(const VX3Container& layout)
@@ -159,24 +169,28 @@ void Desk::SetSavedLayout(const VX3Container& layout)
 
 std::u16string Desk::KindName(Dialog& window)
 {
-    const Busy busy(*state);
-    ContainerValue result;
-    if (IsLive(window))
-        Send(*state, window, Message(VX3_GUI_NAME), result.Get());
-    core::Text name;
-    core::ContainerServices()->getText(result.Get(), VX3_KEY_NAME, name.Get());
-    return name.Units();
+    return Safely([&]() -> std::u16string {
+        const Busy busy(*state);
+        ContainerValue result;
+        if (IsLive(window))
+            Send(*state, window, Message(VX3_GUI_NAME), result.Get());
+        core::Text name;
+        core::ContainerServices()->getText(result.Get(), VX3_KEY_NAME, name.Get());
+        return name.Units();
+    });
 }
 
 void Desk::Deliver()
 {
-    FreeWhatIsGone(*state);
-    const Busy busy(*state);
-    FreeDialogsLater(*state);
-    core::DeliverWaiting();
-    state->popupEdits.TellEnded();
-    DeliverPosted(*state);
-    SettleTrees(*state);
+    Safely([&] {
+        FreeWhatIsGone(*state);
+        const Busy busy(*state);
+        FreeDialogsLater(*state);
+        core::DeliverWaiting();
+        TellEndedPopupEdits(*state);
+        DeliverPosted(*state);
+        SettleTrees(*state);
+    });
 }
 
 bool Desk::HasPosted() const
@@ -186,12 +200,14 @@ bool Desk::HasPosted() const
 
 void Desk::RunTimers()
 {
-    FreeWhatIsGone(*state);
-    const Busy busy(*state);
-    const int64_t now = state->toolkit.Now();
-    for (VX3Dialog handle : state->timers.Due(now))
-        CallTimer(*state, handle, now);
-    UpdateWakeTime(*state);
+    Safely([&] {
+        FreeWhatIsGone(*state);
+        const Busy busy(*state);
+        const int64_t now = state->toolkit.Now();
+        for (VX3Dialog handle : state->timers.Due(now))
+            CallTimer(*state, handle, now);
+        UpdateWakeTime(*state);
+    });
 }
 
 uint64_t Desk::ThreadViolations() const

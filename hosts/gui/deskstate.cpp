@@ -27,10 +27,10 @@ Inside::Inside(DeskState& ownDesk, Dialog& dialog)
     : desk(ownDesk)
     , busy(ownDesk)
 {
-    for (Dialog* around = &dialog; around; around = around->parent) {
-        ++around->calls;
+    for (Dialog* around = &dialog; around; around = around->parent)
         chain.push_back(around);
-    }
+    for (Dialog* around : chain)
+        ++around->calls;
 }
 
 Inside::~Inside()
@@ -40,7 +40,7 @@ Inside::~Inside()
     // The window first: the dialogs inside go with it.
     for (auto dialog = chain.rbegin(); dialog != chain.rend(); ++dialog)
         if ((*dialog)->calls == 0 && (*dialog)->life.wantsClose && !IsLeaving(**dialog))
-            CloseNow(desk, **dialog);
+            CloseSafely(desk, **dialog);
 }
 
 NestedRun::NestedRun(DeskState& ownDesk, Dialog& dialog)

@@ -5,6 +5,7 @@
 #include "core/message.h"
 #include "gui/focus.h"
 #include "gui/gadgettree.h"
+#include "gui/guarded.h"
 #include "gui/layout.h"
 #include "gui/messages.h"
 #include "gui/sizes.h"
@@ -124,11 +125,11 @@ void EndWhatIsOpen(DeskState& desk, Dialog& dialog)
 {
     CancelNestedIn(desk, dialog);
     EndDragsOf(desk, dialog, nullptr);
-    desk.popupEdits.TellEndedOf(dialog.handle);
     if (desk.popupEdits.IsOf(dialog.handle)) {
         desk.toolkit.ClosePopupEdit();
         desk.popupEdits.End(VX3_EDIT_CANCELLED);
     }
+    TellEndedPopupEditsOf(desk, dialog.handle);
     const std::vector<Dialog*> inner = dialog.inner;
     for (Dialog* each : inner)
         if (each->parent == &dialog)
@@ -203,6 +204,26 @@ bool Abandon(DeskState& desk, Dialog& dialog)
     return false;
 }
 
+// False: it did not want to, has closed meanwhile, or there is no memory for it.
+bool RunOpening(DeskState& desk, Dialog& window)
+{
+    desk.windows.push_back(&window);
+    Begin(desk, window);
+    if (!CreateLayout(desk, window))
+        return false;
+    MakeWindow(desk, window);
+    if (!Fill(desk, window))
+        return false;
+    Settle(desk, window);
+    return true;
+}
+
+bool RunAttaching(DeskState& desk, Dialog& dialog, const Dialog& parent)
+{
+    Begin(desk, dialog);
+    return CreateLayout(desk, dialog) && (parent.state == State::Creating || Fill(desk, dialog));
+}
+
 } // namespace
 
 bool CanOpen(DeskState& desk, const Dialog& dialog)
@@ -215,14 +236,8 @@ bool OpenWindow(DeskState& desk, Dialog& window, const VX3WindowPlace& place, Op
     const Busy busy(desk);
     window.opened = place;
     window.isModal = kind == Opening::Modal;
-    Begin(desk, window);
-    desk.windows.push_back(&window);
-    if (!CreateLayout(desk, window))
+    if (!Safely([&] { return RunOpening(desk, window); }))
         return Abandon(desk, window);
-    MakeWindow(desk, window);
-    if (!Fill(desk, window))
-        return Abandon(desk, window);
-    Settle(desk, window);
     UpdateWakeTime(desk);
     if (desk.posted.Count() > 0)
         core::RequestDelivery();
@@ -237,15 +252,12 @@ bool AttachDialog(DeskState& desk, Dialog& dialog, Gadget& holder)
     if (holder.isGone || holder.inner || IsLeaving(*holder.dialog) || !CanOpen(desk, dialog))
         return false;
     Dialog& parent = *holder.dialog;
+    parent.inner.push_back(&dialog);
     dialog.parent = &parent;
     dialog.holder = &holder;
     dialog.isModal = false;
     holder.inner = &dialog;
-    parent.inner.push_back(&dialog);
-    Begin(desk, dialog);
-    if (!CreateLayout(desk, dialog))
-        return Abandon(desk, dialog);
-    if (parent.state != State::Creating && !Fill(desk, dialog))
+    if (!Safely([&] { return RunAttaching(desk, dialog, parent); }))
         return Abandon(desk, dialog);
     UpdateWakeTime(desk);
     return true;
@@ -281,14 +293,22 @@ void CloseNow(DeskState& desk, Dialog& dialog)
     UpdateWakeTime(desk);
 }
 
+// What could not be done the first time may be possible when the half of it is gone.
+void CloseSafely(DeskState& desk, Dialog& dialog) noexcept
+{
+    constexpr int attempts = 2;
+    for (int attempt = 0; attempt < attempts && dialog.state != State::Closed; ++attempt)
+        Safely([&] { CloseNow(desk, dialog); });
+}
+
 bool AskToClose(DeskState& desk, Dialog& window)
 {
     if (window.state != State::Open || window.life.isLeaving || window.life.isAsking)
         return window.state == State::Closed || window.life.isLeaving;
     VX3Bool stays = 0;
     if (window.table->askClose) {
-        window.life.isAsking = true;
         const Callback callback(desk, window, "askClose");
+        window.life.isAsking = true;
         stays = window.table->askClose(window.object);
         window.life.isAsking = false;
     }

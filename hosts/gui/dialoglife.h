@@ -23,6 +23,8 @@ bool AttachDialog(DeskState& desk, Dialog& dialog, Gadget& holder);
 bool RequestClose(DeskState& desk, Dialog& dialog, int32_t result);
 // Closes it whatever runs in it.
 void CloseNow(DeskState& desk, Dialog& dialog);
+// The same where nothing may be thrown.
+void CloseSafely(DeskState& desk, Dialog& dialog) noexcept;
 // Asks the module of a window, and closes it if that agrees. False if it stays.
 bool AskToClose(DeskState& desk, Dialog& window);
 

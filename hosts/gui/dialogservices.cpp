@@ -3,6 +3,7 @@
 #include "core/services.h"
 #include "gui/dialoglife.h"
 #include "gui/gadgettree.h"
+#include "gui/guarded.h"
 #include "gui/savedlayout.h"
 #include "gui/units.h"
 
@@ -83,7 +84,7 @@ int32_t OpenModal(VX3Dialog handle, const VX3WindowPlace* place)
     window.life.isHoldingUp = true;
     {
         const EventWatch::Wait wait(call.desk->watch);
-        call.desk->toolkit.RunModal(window);
+        Safely([&] { call.desk->toolkit.RunModal(window); });
     }
     if (window.state != State::Closed)
         CloseNow(*call.desk, window);
@@ -207,8 +208,10 @@ void FreeDialogsLater(DeskState& desk)
 
 const VX3DialogServices* DialogServices()
 {
-    static constexpr VX3DialogServices services = { Create, Free,         Open,    OpenModal, Restore, Close,  IsOpen, SetTitle,
-                                                    Raise,  SetLeastSize, GetSize, SetTimer,  Post,    Attach, Detach };
+    static constexpr VX3DialogServices services = { guarded<Create>,  guarded<Free>,         guarded<Open>,    guarded<OpenModal>,
+                                                    guarded<Restore>, guarded<Close>,        guarded<IsOpen>,  guarded<SetTitle>,
+                                                    guarded<Raise>,   guarded<SetLeastSize>, guarded<GetSize>, guarded<SetTimer>,
+                                                    guarded<Post>,    guarded<Attach>,       guarded<Detach> };
     return &services;
 }
 

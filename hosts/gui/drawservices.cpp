@@ -1,6 +1,7 @@
 // The table of guidraw.h.
 #include "gui/canvasscope.h"
 #include "gui/deskstate.h"
+#include "gui/guarded.h"
 #include "gui/palette.h"
 
 namespace vx3::gui {
@@ -110,8 +111,10 @@ uint32_t ColourAsNumber(int32_t number)
 
 const VX3DrawServices* DrawServices()
 {
-    static constexpr VX3DrawServices services = { SetClip,  ClearClip,  SetPen,   SetPenRgb, SetTextColours, FillRectangle,
-                                                  DrawLine, DrawBitmap, DrawText, TextWidth, FontHeight,     ColourAsNumber };
+    static constexpr VX3DrawServices services = { guarded<SetClip>,   guarded<ClearClip>,      guarded<SetPen>,
+                                                  guarded<SetPenRgb>, guarded<SetTextColours>, guarded<FillRectangle>,
+                                                  guarded<DrawLine>,  guarded<DrawBitmap>,     guarded<DrawText>,
+                                                  guarded<TextWidth>, guarded<FontHeight>,     guarded<ColourAsNumber> };
     return &services;
 }
 

@@ -91,6 +91,7 @@ struct Gadget {
 
     // The desk's own.
     Place toldPart;      // of a scroll group: what its module was told that it shows
+    bool isMade = false; // the toolkit has it
     bool isGone = false; // it left its dialog; its memory goes when the main loop is back
 
     std::unique_ptr<Native> native;

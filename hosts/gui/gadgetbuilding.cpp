@@ -20,13 +20,6 @@ bool CanBuild(const DialogCall& call)
     return call.HasGadgets() && !IsLeaving(*call.dialog);
 }
 
-// Its state is whole: the toolkit may have it.
-void Make(DeskState& desk, Gadget& gadget)
-{
-    if (IsMade(gadget))
-        desk.toolkit.MakeGadget(gadget);
-}
-
 std::u16string ResourceText(VX3Resources* resources, int32_t number)
 {
     core::Text text;
@@ -61,11 +54,25 @@ void Build(DeskState& desk, Gadget& group, const LayoutNode& node, VX3Resources*
     }
     if (node.icon != 0)
         gadget->normal = Picture(core::FindIcon(node.icon));
-    Make(desk, *gadget);
+    MakeNative(desk, *gadget);
     for (const LayoutNode& child : node.children)
         Build(desk, *gadget, child, resources);
     if (!node.weights.empty())
         gadget->weights = node.weights;
+}
+
+// Whatever was added to the group goes again if there is no memory for all of it.
+template <typename Function>
+VX3Bool BuildWhole(DeskState& desk, Gadget& group, const Function& build)
+{
+    const size_t before = group.children.size();
+    try {
+        build();
+        return 1;
+    } catch (const std::exception&) {
+        DropChildren(desk, group, before);
+        return 0;
+    }
 }
 
 VX3Bool Refuse(const std::string& error)
@@ -102,8 +109,10 @@ VX3Bool LoadLayout(VX3Dialog handle, VX3Resources* resources, int32_t number)
         return Refuse(error);
     if (!HasNewNumbers(*call.dialog, root))
         return Refuse(file + ": a number in it is there already");
-    Build(*call.desk, *call.dialog->current, root, resources);
-    return 1;
+    Gadget& group = *call.dialog->current;
+    if (group.shape.kind == VX3_GADGET_SCROLL && !group.children.empty())
+        return Refuse(file + ": the scroll group has its child already");
+    return BuildWhole(*call.desk, group, [&] { Build(*call.desk, group, root, resources); });
 }
 
 VX3Bool BeginGroup(VX3Dialog handle, const VX3GadgetShape* shape, const VX3String* title)
@@ -111,12 +120,17 @@ VX3Bool BeginGroup(VX3Dialog handle, const VX3GadgetShape* shape, const VX3Strin
     const DialogCall call(handle);
     if (!CanBuild(call) || !shape || shape->kind >= VX3_GADGET_TEXT)
         return 0;
-    Gadget* group = AddGadget(*call.dialog->current, *shape);
-    if (!group)
+    Gadget* group = nullptr;
+    const VX3Bool isBuilt = BuildWhole(*call.desk, *call.dialog->current, [&] {
+        group = AddGadget(*call.dialog->current, *shape);
+        if (!group)
+            return;
+        group->text = UnitsOf(title);
+        MakeNative(*call.desk, *group);
+    });
+    if (!isBuilt || !group)
         return 0;
-    group->text = UnitsOf(title);
     call.dialog->current = group;
-    Make(*call.desk, *group);
     return 1;
 }
 
@@ -134,13 +148,16 @@ VX3Bool AddSingle(VX3Dialog handle, const VX3GadgetShape* shape, const VX3String
     const DialogCall call(handle);
     if (!CanBuild(call) || !shape || shape->kind < VX3_GADGET_TEXT)
         return 0;
-    Gadget* gadget = AddGadget(*call.dialog->current, *shape);
-    if (!gadget)
-        return 0;
-    gadget->text = UnitsOf(text);
-    gadget->tip = UnitsOf(tip);
-    Make(*call.desk, *gadget);
-    return 1;
+    Gadget* gadget = nullptr;
+    const VX3Bool isBuilt = BuildWhole(*call.desk, *call.dialog->current, [&] {
+        gadget = AddGadget(*call.dialog->current, *shape);
+        if (!gadget)
+            return;
+        gadget->text = UnitsOf(text);
+        gadget->tip = UnitsOf(tip);
+        MakeNative(*call.desk, *gadget);
+    });
+    return isBuilt && gadget;
 }
 
 VX3Bool FlushGroup(VX3Dialog handle, int32_t id)

@@ -8,6 +8,7 @@
 #include "gui/gadgetbuilding.h"
 #include "gui/gadgettree.h"
 #include "gui/gadgetvalue.h"
+#include "gui/guarded.h"
 #include "gui/layout.h"
 #include "gui/sizes.h"
 #include "gui/units.h"
@@ -265,9 +266,12 @@ VX3Bool GetScreenPlace(VX3Dialog dialog, int32_t id, VX3Rectangle* place)
 const VX3GadgetServices* GadgetServices()
 {
     static constexpr VX3GadgetServices services = {
-        LoadLayout, BeginGroup,  EndGroup,  AddSingle, FlushGroup, UpdateGroup, Exists,     Enable,         IsEnabled,      ShowOrHide,
-        Focus,      HasTheFocus, SetText,   GetText,   SetTip,     SelectText,  SetRange,   SetValue,       GetValue,       SetDate,
-        GetDate,    AddRow,      ClearRows, SetBitmap, SetIcon,    SetWeights,  GetWeights, GetVisiblePart, SetVisiblePart, GetScreenPlace,
+        guarded<LoadLayout>,  guarded<BeginGroup>,  guarded<EndGroup>,       guarded<AddSingle>,      guarded<FlushGroup>,
+        guarded<UpdateGroup>, guarded<Exists>,      guarded<Enable>,         guarded<IsEnabled>,      guarded<ShowOrHide>,
+        guarded<Focus>,       guarded<HasTheFocus>, guarded<SetText>,        guarded<GetText>,        guarded<SetTip>,
+        guarded<SelectText>,  guarded<SetRange>,    guarded<SetValue>,       guarded<GetValue>,       guarded<SetDate>,
+        guarded<GetDate>,     guarded<AddRow>,      guarded<ClearRows>,      guarded<SetBitmap>,      guarded<SetIcon>,
+        guarded<SetWeights>,  guarded<GetWeights>,  guarded<GetVisiblePart>, guarded<SetVisiblePart>, guarded<GetScreenPlace>
     };
     return &services;
 }

@@ -143,8 +143,7 @@ void MakeRoot(DeskState& desk, Dialog& dialog)
     shape.columns = 1;
     dialog.root = std::make_unique<Gadget>(dialog, shape);
     dialog.current = dialog.root.get();
-    if (IsMade(*dialog.root))
-        desk.toolkit.MakeGadget(*dialog.root);
+    MakeNative(desk, *dialog.root);
 }
 
 Gadget* AddGadget(Gadget& group, const VX3GadgetShape& shape)
@@ -162,27 +161,39 @@ Gadget* AddGadget(Gadget& group, const VX3GadgetShape& shape)
     return group.children.back().get();
 }
 
-void MakeNatives(DeskState& desk, Gadget& gadget)
+void MakeNative(DeskState& desk, Gadget& gadget)
 {
-    ForEachGadget(gadget, [&](Gadget& made) { desk.toolkit.MakeGadget(made); });
+    if (!gadget.dialog->Window().life.isMade || gadget.isMade)
+        return;
+    desk.toolkit.MakeGadget(gadget);
+    gadget.isMade = true;
 }
 
-void DropChildren(DeskState& desk, Gadget& group)
+void MakeNatives(DeskState& desk, Gadget& gadget)
+{
+    ForEachGadget(gadget, [&](Gadget& made) { MakeNative(desk, made); });
+}
+
+void DropChildren(DeskState& desk, Gadget& group, size_t from)
 {
     const Busy busy(desk);
     const Quiet quiet(desk); // a toolkit moves the focus meanwhile
-    for (const auto& child : group.children)
-        DropGadget(desk, *child);
-    for (auto& child : group.children)
-        desk.goneGadgets.push_back(std::move(child));
-    group.children.clear();
-    group.weights.clear();
+    desk.goneGadgets.reserve(desk.goneGadgets.size() + group.children.size());
+    for (size_t i = from; i < group.children.size(); ++i)
+        DropGadget(desk, *group.children[i]);
+    for (size_t i = from; i < group.children.size(); ++i)
+        desk.goneGadgets.push_back(std::move(group.children[i]));
+    group.children.resize(std::min(from, group.children.size()));
+    group.weights.resize(std::min(group.weights.size(), from));
 }
 
 void DropRoot(DeskState& desk, Dialog& dialog)
 {
     const Busy busy(desk);
     const Quiet quiet(desk);
+    if (!dialog.root)
+        return;
+    desk.goneGadgets.reserve(desk.goneGadgets.size() + 1);
     DropGadget(desk, *dialog.root);
     desk.goneGadgets.push_back(std::move(dialog.root));
     dialog.current = nullptr;
@@ -199,7 +210,7 @@ void LeaveGadget(DeskState& desk, Area& area)
 
 bool IsMade(const Gadget& gadget)
 {
-    return gadget.dialog->Window().life.isMade && !gadget.isGone;
+    return gadget.isMade && !gadget.isGone;
 }
 
 void Show(DeskState& desk, Gadget& gadget, Change change)

@@ -26,10 +26,12 @@ Gadget* GadgetAt(Dialog& window, Point inside);
 void MakeRoot(DeskState& desk, Dialog& dialog);
 // None if the group can have no such child.
 Gadget* AddGadget(Gadget& group, const VX3GadgetShape& shape);
+// Its state is whole: the toolkit gets it, if it has the window.
+void MakeNative(DeskState& desk, Gadget& gadget);
 // A dialog's gadgets, once its window is there.
 void MakeNatives(DeskState& desk, Gadget& gadget);
 // Takes gadgets away for good. The dialogs in them have left before.
-void DropChildren(DeskState& desk, Gadget& group);
+void DropChildren(DeskState& desk, Gadget& group, size_t from = 0);
 void DropRoot(DeskState& desk, Dialog& dialog);
 
 void LeaveGadget(DeskState& desk, Area& area);

@@ -2,6 +2,7 @@
 #include "core/message.h"
 #include "gui/dialoglife.h"
 #include "gui/gadgettree.h"
+#include "gui/guarded.h"
 #include "gui/menus.h"
 #include "gui/units.h"
 
@@ -155,7 +156,7 @@ void EndPopupEdit(VX3Bool cancel)
     if (!call.desk || !call.desk->popupEdits.IsOpen())
         return;
     call.desk->toolkit.ClosePopupEdit();
-    call.desk->popupEdits.End(cancel ? VX3_EDIT_CANCELLED : VX3_EDIT_CLOSED);
+    FinishPopupEdit(*call.desk, cancel ? VX3_EDIT_CANCELLED : VX3_EDIT_CLOSED);
 }
 
 VX3Bool Drag(VX3Area handle, int32_t type, void* data)
@@ -212,9 +213,10 @@ bool DeskState::Drag(Gadget& tree, int32_t type, void* data)
 
 const VX3MenuServices* MenuServices()
 {
-    static constexpr VX3MenuServices services = { Flush,  BeginMenu,     EndMenu,   AddItem,       AddCommand,
-                                                  Finish, SetItem,       Popup,     OpenPopupEdit, EndPopupEdit,
-                                                  Drag,   SetDragResult, SetCursor, Qualifiers,    Pointer };
+    static constexpr VX3MenuServices services = { guarded<Flush>,         guarded<BeginMenu>,    guarded<EndMenu>, guarded<AddItem>,
+                                                  guarded<AddCommand>,    guarded<Finish>,       guarded<SetItem>, guarded<Popup>,
+                                                  guarded<OpenPopupEdit>, guarded<EndPopupEdit>, guarded<Drag>,    guarded<SetDragResult>,
+                                                  guarded<SetCursor>,     guarded<Qualifiers>,   guarded<Pointer> };
     return &services;
 }
 

@@ -3,6 +3,7 @@
 #include "core/message.h"
 #include "core/values.h"
 #include "gui/dialoglife.h"
+#include "gui/guarded.h"
 
 namespace vx3::gui {
 
@@ -147,7 +148,7 @@ Interaction::Interaction(DeskState& ownDesk, Dialog& dialog)
 
 Interaction::~Interaction()
 {
-    Tell(desk, { Recipient::Dialog, handle, VX3_GUI_INTERACTION_END });
+    Safely([&] { Tell(desk, { Recipient::Dialog, handle, VX3_GUI_INTERACTION_END }); });
 }
 
 } // namespace vx3::gui

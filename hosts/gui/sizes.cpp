@@ -4,6 +4,7 @@
 
 #include "gui/dialoglife.h"
 #include "gui/gadgettree.h"
+#include "gui/guarded.h"
 #include "gui/layout.h"
 #include "gui/messages.h"
 
@@ -97,7 +98,9 @@ void TellSizes(DeskState& desk, Dialog& window)
     if (window.life.isTellingSizes)
         return;
     window.life.isTellingSizes = true;
-    for (int round = 0; round < mostRounds && window.root && !window.life.isLeaving && TellOnce(desk, window); ++round) { }
+    Safely([&] {
+        for (int round = 0; round < mostRounds && window.root && !window.life.isLeaving && TellOnce(desk, window); ++round) { }
+    });
     window.life.isTellingSizes = false;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "gui/guarded.h"
 #include "gui/tracks.h"
 
 namespace vx3::gui {
@@ -50,7 +51,7 @@ bool DragRow(TreeCall& call, int64_t id)
     const int32_t type = tree.dragged ? 0 : MakeDrag(tree, id);
     if (type == 0)
         return false;
-    const bool isDragged = tree.host->Drag(call.gadget, type, tree.dragged->data);
+    const bool isDragged = Safely([&] { return tree.host->Drag(call.gadget, type, tree.dragged->data); });
     if (!call.IsGone())
         FreeTreeDrag(tree);
     return isDragged;

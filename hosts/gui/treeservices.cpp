@@ -1,5 +1,6 @@
 // The table of guitree.h.
 #include "gui/gadgettree.h"
+#include "gui/guarded.h"
 #include "gui/layout.h"
 
 namespace vx3::gui {
@@ -83,7 +84,8 @@ VX3Bool SetFocusRow(VX3Dialog dialog, int32_t id, void* row)
 
 const VX3TreeServices* TreeServices()
 {
-    static constexpr VX3TreeServices services = { Attach, Refresh, Redraw, ShowRow, GetRowPlace, SetFocusRow };
+    static constexpr VX3TreeServices services = { guarded<Attach>,  guarded<Refresh>,     guarded<Redraw>,
+                                                  guarded<ShowRow>, guarded<GetRowPlace>, guarded<SetFocusRow> };
     return &services;
 }
 

@@ -7,6 +7,7 @@
 #include "gui/focus.h"
 #include "gui/gadgettree.h"
 #include "gui/gadgetvalue.h"
+#include "gui/guarded.h"
 #include "gui/layout.h"
 #include "gui/menus.h"
 #include "gui/messages.h"
@@ -116,135 +117,159 @@ void RedrawAll(DeskState& desk, Dialog& window)
 
 void Desk::Paint(Gadget& gadget, Canvas& canvas, const Place& dirty)
 {
-    if (gadget.isGone || !gadget.dialog->life.isFilled || IsLeaving(*gadget.dialog) || dirty.IsEmpty())
-        return;
-    const Callback callback(*state, *gadget.dialog, "draw", gadget.shape.id);
-    if (gadget.tree)
-        PaintTree(gadget, canvas, dirty);
-    else if (gadget.area && gadget.area->table->draw)
-        DrawArea(*state, gadget, canvas, dirty);
+    Safely([&] {
+        if (gadget.isGone || !gadget.dialog->life.isFilled || IsLeaving(*gadget.dialog) || dirty.IsEmpty())
+            return;
+        const Callback callback(*state, *gadget.dialog, "draw", gadget.shape.id);
+        if (gadget.tree)
+            PaintTree(gadget, canvas, dirty);
+        else if (gadget.area && gadget.area->table->draw)
+            DrawArea(*state, gadget, canvas, dirty);
+    });
 }
 
 bool Desk::Feed(Gadget& gadget, const Input& input)
 {
-    const Busy busy(*state);
-    if (!IsUsable(gadget))
-        return false;
-    if (IsWheel(input))
+    return Safely([&]() -> bool {
+        const Busy busy(*state);
+        if (!IsUsable(gadget))
+            return false;
+        if (IsWheel(input))
+            return FeedInside(*state, gadget, input);
+        const Interaction interaction(*state, *gadget.dialog);
         return FeedInside(*state, gadget, input);
-    const Interaction interaction(*state, *gadget.dialog);
-    return FeedInside(*state, gadget, input);
+    });
 }
 
 bool Desk::FeedKey(Dialog& window, const Input& input)
 {
-    const Busy busy(*state);
-    if (!IsLive(window))
-        return false;
-    Message event(VX3_GUI_KEY);
-    FillIn(input, event);
-    const Interaction interaction(*state, window);
-    return IsLive(window) && Send(*state, window, event);
+    return Safely([&]() -> bool {
+        const Busy busy(*state);
+        if (!IsLive(window))
+            return false;
+        Message event(VX3_GUI_KEY);
+        FillIn(input, event);
+        const Interaction interaction(*state, window);
+        return IsLive(window) && Send(*state, window, event);
+    });
 }
 
 void Desk::UserSetValue(Gadget& gadget, double value, bool isDragged)
 {
-    const Busy busy(*state);
-    if (!IsUsable(gadget) || !HasValue(gadget) || !std::isfinite(value))
-        return;
-    gadget.value = ClampedValue(gadget, value);
-    if (gadget.value != value)
-        Show(*state, gadget, Change::Value);
-    if (gadget.shape.kind == VX3_GADGET_TABS)
-        Relayout(*state, gadget.dialog->Window());
-    if (IsUsable(gadget))
-        Command(*state, gadget, gadget.value, isDragged ? Held::Yes : Held::No);
+    Safely([&] {
+        const Busy busy(*state);
+        if (!IsUsable(gadget) || !HasValue(gadget) || !std::isfinite(value))
+            return;
+        gadget.value = ClampedValue(gadget, value);
+        if (gadget.value != value)
+            Show(*state, gadget, Change::Value);
+        if (gadget.shape.kind == VX3_GADGET_TABS)
+            Relayout(*state, gadget.dialog->Window());
+        if (IsUsable(gadget))
+            Command(*state, gadget, gadget.value, isDragged ? Held::Yes : Held::No);
+    });
 }
 
 void Desk::UserSetText(Gadget& gadget, std::u16string text, bool isEntered)
 {
-    const Busy busy(*state);
-    if (!IsUsable(gadget) || !IsWrittenInto(gadget) || gadget.Has(VX3_FLAG_READ_ONLY))
-        return;
-    gadget.text = std::move(text);
-    Command(*state, gadget, isEntered ? 1 : 0);
+    Safely([&] {
+        const Busy busy(*state);
+        if (!IsUsable(gadget) || !IsWrittenInto(gadget) || gadget.Has(VX3_FLAG_READ_ONLY))
+            return;
+        gadget.text = std::move(text);
+        Command(*state, gadget, isEntered ? 1 : 0);
+    });
 }
 
 void Desk::UserSetDate(Gadget& gadget, const VX3FileDate& date)
 {
-    const Busy busy(*state);
-    if (!IsUsable(gadget) || gadget.shape.kind != VX3_GADGET_DATE)
-        return;
-    gadget.date = { date.year, date.month, date.day, 0, 0, 0 };
-    Command(*state, gadget, 0);
+    Safely([&] {
+        const Busy busy(*state);
+        if (!IsUsable(gadget) || gadget.shape.kind != VX3_GADGET_DATE)
+            return;
+        gadget.date = { date.year, date.month, date.day, 0, 0, 0 };
+        Command(*state, gadget, 0);
+    });
 }
 
 void Desk::UserPressed(Gadget& gadget)
 {
-    const Busy busy(*state);
-    if (!IsUsable(gadget) || (gadget.shape.kind != VX3_GADGET_BUTTON && gadget.shape.kind != VX3_GADGET_BITMAP_BUTTON))
-        return;
-    if (HasValue(gadget)) {
-        gadget.value = gadget.value == 0 ? 1 : 0;
-        Show(*state, gadget, Change::Value);
-    }
-    Command(*state, gadget, HasValue(gadget) ? gadget.value : 1);
+    Safely([&] {
+        const Busy busy(*state);
+        if (!IsUsable(gadget) || (gadget.shape.kind != VX3_GADGET_BUTTON && gadget.shape.kind != VX3_GADGET_BITMAP_BUTTON))
+            return;
+        if (HasValue(gadget)) {
+            gadget.value = gadget.value == 0 ? 1 : 0;
+            Show(*state, gadget, Change::Value);
+        }
+        Command(*state, gadget, HasValue(gadget) ? gadget.value : 1);
+    });
 }
 
 void Desk::UserAskedForMenu(Gadget& gadget)
 {
-    const Busy busy(*state);
-    if (!IsUsable(gadget) || !gadget.Has(VX3_FLAG_MENU))
-        return;
-    Message event(gadget.shape.id);
-    event.SetBool(VX3_COMMAND_MENU, true);
-    SendCommand(*state, gadget, event);
+    Safely([&] {
+        const Busy busy(*state);
+        if (!IsUsable(gadget) || !gadget.Has(VX3_FLAG_MENU))
+            return;
+        Message event(gadget.shape.id);
+        event.SetBool(VX3_COMMAND_MENU, true);
+        SendCommand(*state, gadget, event);
+    });
 }
 
 void Desk::UserMovedSplitter(Gadget& splitter, size_t border, int position)
 {
-    const Busy busy(*state);
-    if (!IsUsable(splitter) || splitter.shape.kind != VX3_GADGET_SPLITTER || !MoveBorder(splitter, border, position))
-        return;
-    Relayout(*state, splitter.dialog->Window());
-    if (!IsUsable(splitter))
-        return;
-    Message message(VX3_GUI_WEIGHTS);
-    message.SetInt(VX3_KEY_GADGET, splitter.shape.id);
-    Send(*state, *splitter.dialog, message);
+    Safely([&] {
+        const Busy busy(*state);
+        if (!IsUsable(splitter) || splitter.shape.kind != VX3_GADGET_SPLITTER || !MoveBorder(splitter, border, position))
+            return;
+        Relayout(*state, splitter.dialog->Window());
+        if (!IsUsable(splitter))
+            return;
+        Message message(VX3_GUI_WEIGHTS);
+        message.SetInt(VX3_KEY_GADGET, splitter.shape.id);
+        Send(*state, *splitter.dialog, message);
+    });
 }
 
 void Desk::UserScrolled(Gadget& scroll, Point scrolled)
 {
-    const Busy busy(*state);
-    if (scroll.isGone)
-        return;
-    if (scroll.tree)
-        ScrollTree(scroll, scrolled - scroll.scrolled);
-    else if (scroll.shape.kind == VX3_GADGET_SCROLL)
-        ScrollTo(*state, scroll, scrolled);
+    Safely([&] {
+        const Busy busy(*state);
+        if (scroll.isGone)
+            return;
+        if (scroll.tree)
+            ScrollTree(scroll, scrolled - scroll.scrolled);
+        else if (scroll.shape.kind == VX3_GADGET_SCROLL)
+            ScrollTo(*state, scroll, scrolled);
+    });
 }
 
 void Desk::UpdateMenu(Dialog& window)
 {
-    const Busy busy(*state);
-    FillInCommands(window.menu);
+    Safely([&] {
+        const Busy busy(*state);
+        FillInCommands(window.menu);
+    });
 }
 
 void Desk::UserChoseMenu(Dialog& window, int32_t id)
 {
-    const Busy busy(*state);
-    MenuItem* item = IsLive(window) ? FindItem(window.menu, id) : nullptr;
-    if (item && item->kind == MenuItem::Kind::Command)
-        FillInCommand(*item);
-    if (!item || !CanBeChosen(*item))
-        return;
-    const bool isCommand = item->kind == MenuItem::Kind::Command;
-    const Callback callback(*state, window, "menu", id);
-    if (const core::RegisteredCommand* command = isCommand ? core::FindCommand(id) : nullptr)
-        command->Execute();
-    else if (!isCommand && window.table->command)
-        window.table->command(window.object, id, Message(id).Get());
+    Safely([&] {
+        const Busy busy(*state);
+        MenuItem* item = IsLive(window) ? FindItem(window.menu, id) : nullptr;
+        if (item && item->kind == MenuItem::Kind::Command)
+            FillInCommand(*item);
+        if (!item || !CanBeChosen(*item))
+            return;
+        const bool isCommand = item->kind == MenuItem::Kind::Command;
+        const Callback callback(*state, window, "menu", id);
+        if (const core::RegisteredCommand* command = isCommand ? core::FindCommand(id) : nullptr)
+            command->Execute();
+        else if (!isCommand && window.table->command)
+            window.table->command(window.object, id, Message(id).Get());
+    });
 }
 
 void Desk::UserMoved(Dialog& window, Point corner)
@@ -255,94 +280,110 @@ void Desk::UserMoved(Dialog& window, Point corner)
 
 void Desk::UserResized(Dialog& window, Size inside)
 {
-    const Busy busy(*state);
-    if (!IsLive(window) || window.size == inside)
-        return;
-    window.size = inside;
-    Relayout(*state, window);
-    Tell(*state, { Recipient::Dialog, window.handle, VX3_GUI_WINDOW_SIZE });
+    Safely([&] {
+        const Busy busy(*state);
+        if (!IsLive(window) || window.size == inside)
+            return;
+        window.size = inside;
+        Relayout(*state, window);
+        Tell(*state, { Recipient::Dialog, window.handle, VX3_GUI_WINDOW_SIZE });
+    });
 }
 
 void Desk::UserClosed(Dialog& window)
 {
-    AskAndClose(window);
+    Safely([&] { AskAndClose(window); });
 }
 
 void Desk::FocusMoved(Dialog& window, Gadget* focus)
 {
-    const Busy busy(*state);
-    if (window.state != Dialog::State::Closed)
-        SetFocus(*state, window, focus && !focus->isGone ? focus : nullptr);
+    Safely([&] {
+        const Busy busy(*state);
+        if (window.state != Dialog::State::Closed)
+            SetFocus(*state, window, focus && !focus->isGone ? focus : nullptr);
+    });
 }
 
 bool Desk::MoveDrag(Point screen, uint32_t qualifiers)
 {
-    const Busy busy(*state);
-    if (!state->drag.isRunning)
-        return false;
-    MoveDragTo(*state, state->drag, { screen, qualifiers });
-    state->toolkit.ShowDragCursor(state->drag.cursor);
-    return state->drag.isRunning;
+    return Safely([&]() -> bool {
+        const Busy busy(*state);
+        if (!state->drag.isRunning)
+            return false;
+        MoveDragTo(*state, state->drag, { screen, qualifiers });
+        state->toolkit.ShowDragCursor(state->drag.cursor);
+        return state->drag.isRunning;
+    });
 }
 
 void Desk::EndDrag(Point screen, uint32_t qualifiers, bool isDropped)
 {
-    const Busy busy(*state);
-    FinishDrag(*state, state->drag, { screen, qualifiers }, isDropped);
+    Safely([&] {
+        const Busy busy(*state);
+        FinishDrag(*state, state->drag, { screen, qualifiers }, isDropped);
+    });
 }
 
 int32_t Desk::MoveForeignDrag(Point screen, uint32_t qualifiers, int32_t type, void* data)
 {
-    const Busy busy(*state);
-    DragRun& run = state->foreignDrag;
-    run.isRunning = true;
-    run.type = type;
-    run.data = data;
-    MoveDragTo(*state, run, { screen, qualifiers });
-    return run.cursor;
+    return Safely([&]() -> int32_t {
+        const Busy busy(*state);
+        DragRun& run = state->foreignDrag;
+        run.isRunning = true;
+        run.type = type;
+        run.data = data;
+        MoveDragTo(*state, run, { screen, qualifiers });
+        return run.cursor;
+    });
 }
 
 // Of several files each is dropped by a call of its own.
 void Desk::EndForeignDrag(Point screen, uint32_t qualifiers, int32_t type, void* data, bool isDropped)
 {
-    const Busy busy(*state);
-    DragRun& run = state->foreignDrag;
-    run.isRunning = true;
-    run.hasMoved = true;
-    run.type = type;
-    run.data = data;
-    FinishDrag(*state, run, { screen, qualifiers }, isDropped);
+    Safely([&] {
+        const Busy busy(*state);
+        DragRun& run = state->foreignDrag;
+        run.isRunning = true;
+        run.hasMoved = true;
+        run.type = type;
+        run.data = data;
+        FinishDrag(*state, run, { screen, qualifiers }, isDropped);
+    });
 }
 
 void Desk::PopupEditChanged(const std::u16string& text)
 {
-    const Busy busy(*state);
-    if (!state->popupEdits.IsOpen())
-        return;
-    const EventWatch::Event event(state->watch, { "popup edit" });
-    state->popupEdits.Change(text);
+    Safely([&] {
+        const Busy busy(*state);
+        if (!state->popupEdits.IsOpen())
+            return;
+        ChangePopupEdit(*state, text);
+    });
 }
 
 void Desk::PopupEditEnded(const std::u16string& text, bool isCancelled)
 {
-    const Busy busy(*state);
-    if (!state->popupEdits.IsOpen())
-        return;
-    const EventWatch::Event event(state->watch, { "popup edit" });
-    state->popupEdits.SetText(text);
-    state->popupEdits.End(isCancelled ? VX3_EDIT_CANCELLED : VX3_EDIT_CLOSED);
+    Safely([&] {
+        const Busy busy(*state);
+        if (!state->popupEdits.IsOpen())
+            return;
+        state->popupEdits.SetText(text);
+        FinishPopupEdit(*state, isCancelled ? VX3_EDIT_CANCELLED : VX3_EDIT_CLOSED);
+    });
 }
 
 void Desk::PaletteChanged()
 {
-    const Busy busy(*state);
-    state->widths.Forget();
-    for (Dialog* window : Windows()) {
-        if (window->state != Dialog::State::Closed)
-            Relayout(*state, *window);
-        if (window->root)
-            RedrawAll(*state, *window);
-    }
+    Safely([&] {
+        const Busy busy(*state);
+        state->widths.Forget();
+        for (Dialog* window : Windows()) {
+            if (window->state != Dialog::State::Closed)
+                Relayout(*state, *window);
+            if (window->root)
+                RedrawAll(*state, *window);
+        }
+    });
 }
 
 } // namespace vx3::gui

@@ -145,7 +145,10 @@ void HeadlessToolkit::SelectText(gui::Gadget& gadget, int from, int count)
 
 void HeadlessToolkit::FocusGadget(gui::Gadget& gadget)
 {
-    windows.GiveFocus(gadget);
+    if (windows.IsActive(gadget.dialog->Window()))
+        EndPopupEdit(false); // it loses the focus
+    if (!gadget.isGone)
+        windows.GiveFocus(gadget);
 }
 
 // Drawing and text.

@@ -35,7 +35,7 @@ void WindowStack::Add(gui::Dialog& window)
 {
     auto native = std::make_unique<WindowNative>();
     const int step = cascadeStep * (opened++ % cascadeLength);
-    const bool hasPlace = window.opened.x >= 0 || window.opened.y >= 0;
+    const bool hasPlace = window.opened.x != -1 || window.opened.y != -1;
     native->corner = hasPlace ? gui::Point{ window.opened.x, window.opened.y } : firstCorner + gui::Point{ step, step };
     window.native = std::move(native);
     windows.push_back(&window);

@@ -21,6 +21,7 @@ public:
     void Activate(gui::Dialog& window);
     // At once if the window is active, else when it becomes so.
     void GiveFocus(gui::Gadget& gadget);
+    bool IsActive(const gui::Dialog& window) const { return active == &window; }
     void Forget(const gui::Gadget& gadget);
 
     const std::vector<gui::Dialog*>& BackToFront() const { return windows; }

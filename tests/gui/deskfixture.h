@@ -61,6 +61,7 @@ public:
     {
         PlainToolkit::ShowGadget(gadget, change);
         shown.push_back({ gadget.shape.id, change });
+        onShow();
     }
     void RunModal(Dialog& window) override
     {
@@ -114,6 +115,7 @@ public:
     std::function<void(Gadget&)> onDrag = [](Gadget&) {};
     std::function<int32_t(const std::vector<MenuItem>&)> onPopup = [](const std::vector<MenuItem>&) { return 0; };
     std::function<void()> onBox = [] {};
+    std::function<void()> onShow = [] {};
     Point popupCorner;
     int cancels = 0;
     std::vector<MenuItem> menu;

@@ -151,6 +151,32 @@ TEST_F(DeskPopupEdit, TellsEveryChangeAndItsEndOnce)
     EXPECT_EQ(toolkit.edited, u"");
 }
 
+TEST_F(DeskPopupEdit, ItsFunctionRunsInsideItsDialog)
+{
+    OpenArea();
+    first.on = [&](int32_t reason) {
+        if (reason == VX3_EDIT_CHANGED)
+            Dialogs().close(window.handle, 0);
+        log.Add("returns");
+    };
+    ASSERT_TRUE(OpenEdit(first, "old"));
+    desk.PopupEditChanged(u"new");
+    EXPECT_EQ(log.Take(), "first changed new, returns, first cancelled new, returns, W visF, W destroyWindow")
+        << "the window closes when the function has returned";
+}
+
+TEST_F(DeskPopupEdit, AFieldThatLosesTheFocusByACallEndsLater)
+{
+    OpenArea();
+    ASSERT_TRUE(OpenEdit(first, "old"));
+    toolkit.onShow = [&] { desk.PopupEditEnded(u"as it stood", false); }; // as a toolkit does when the focus goes
+    Gadgets().enable(window.handle, AreaPlace, 0);
+    EXPECT_EQ(log.Take(), "") << "the call runs no callback";
+    toolkit.onShow = [] {};
+    desk.Deliver();
+    EXPECT_EQ(log.Take(), "first closed as it stood");
+}
+
 TEST_F(DeskPopupEdit, ANewFieldEndsTheOneBeforeLater)
 {
     OpenArea();
