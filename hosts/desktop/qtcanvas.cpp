@@ -85,6 +85,9 @@ void QtCanvas::DrawBitmap(const VX3Bitmap* bitmap, const Place& target, const Pl
 {
     if (!bitmap || target.IsEmpty())
         return;
+    const QSize dotCount = isScaled ? DotsOf(target).size() : ToQt(target.Extent());
+    if (Pictures::IsTooLarge(dotCount))
+        return DrawDirectly(*bitmap, target, source, usesAlpha);
     if (!isScaled) {
         painter.drawImage(QPoint(target.x, target.y), pictures.Get(*bitmap, source, ToQt(target.Extent()), usesAlpha));
         return;
@@ -92,6 +95,14 @@ void QtCanvas::DrawBitmap(const VX3Bitmap* bitmap, const Place& target, const Pl
     const QRect place = DotsOf(target);
     const QImage& image = pictures.Get(*bitmap, source, place.size(), usesAlpha);
     DrawInDots([&] { painter.drawImage(place.topLeft(), image); });
+}
+
+// Only what is seen of it is scaled, each time anew.
+void QtCanvas::DrawDirectly(const VX3Bitmap& bitmap, const Place& target, const Place& source, bool usesAlpha)
+{
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(ToQt(target), Pictures::Look(bitmap, source, usesAlpha));
+    painter.setRenderHint(QPainter::SmoothPixmapTransform, false);
 }
 
 void QtCanvas::DrawText(std::u16string_view text, Point corner)

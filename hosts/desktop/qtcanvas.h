@@ -33,6 +33,7 @@ public:
 private:
     QRect DotsOf(const gui::Place& place) const;
     void DrawInDots(const auto& draw);
+    void DrawDirectly(const VX3Bitmap& bitmap, const gui::Place& target, const gui::Place& source, bool usesAlpha);
 
     QPainter& painter;
     Pictures& pictures;

@@ -9,6 +9,7 @@ namespace vx3::desktop {
 namespace {
 
 constexpr size_t pictureBudget = size_t(192) << 20; // bytes
+constexpr int64_t mostDots = int64_t(8) << 20;      // of one picture: a sixth of the budget
 constexpr size_t pictureCost = 256;                 // of what is kept beside the pixels
 
 // Looks into the bitmap, whose bytes must stay.
@@ -57,7 +58,7 @@ const QImage& Pictures::Get(const VX3Bitmap& bitmap, const Place& part, QSize do
     static const QImage none;
     const core::BitmapView view = core::ViewOf(bitmap);
     const Place inside = part.Cut(WholeOf(view));
-    if (inside.IsEmpty() || inside != part || dots.isEmpty())
+    if (inside.IsEmpty() || inside != part || dots.isEmpty() || IsTooLarge(dots))
         return none;
     const Key key = { core::MarkOf(bitmap), part, ToSize(dots), usesAlpha };
     if (const QImage* found = kept.Find(key))
@@ -67,6 +68,18 @@ const QImage& Pictures::Get(const VX3Bitmap& bitmap, const Place& part, QSize do
         return none;
     ++madeCount;
     return kept.Put(key, made, static_cast<size_t>(made.sizeInBytes()) + pictureCost);
+}
+
+bool Pictures::IsTooLarge(QSize dots)
+{
+    return int64_t(dots.width()) * dots.height() > mostDots;
+}
+
+QImage Pictures::Look(const VX3Bitmap& bitmap, const Place& part, bool usesAlpha)
+{
+    const core::BitmapView view = core::ViewOf(bitmap);
+    const Place inside = part.Cut(WholeOf(view));
+    return inside.IsEmpty() || inside != part ? QImage() : ImageOver(view, part, usesAlpha);
 }
 
 QImage Pictures::GetIcon(const VX3Bitmap& bitmap, QSize dots, const QColor& ink)

@@ -19,9 +19,13 @@ class Pictures
 public:
     Pictures();
 
-    // A part of a bitmap in a size in dots. Null without memory, or for a part outside. It
-    // stays up to the next call.
+    // A part of a bitmap in a size in dots. Null without memory, for a part outside, or in a size
+    // that is too large. It stays up to the next call.
     const QImage& Get(const VX3Bitmap& bitmap, const gui::Place& part, QSize dots, bool usesAlpha);
+    // Is a picture of this size in dots too large to be kept? It is drawn by Look then.
+    static bool IsTooLarge(QSize dots);
+    // A part as it is, over the bytes of the bitmap. Null for a part outside.
+    static QImage Look(const VX3Bitmap& bitmap, const gui::Place& part, bool usesAlpha);
     // The whole of a picture in a size in dots, fitted in without a change of its shape. One that
     // is black where it is anything is a sign, which is drawn in the colour of texts.
     QImage GetIcon(const VX3Bitmap& bitmap, QSize dots, const QColor& ink);

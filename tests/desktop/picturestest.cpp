@@ -5,6 +5,7 @@
 #include <QPainter>
 
 #include "core/services.h"
+#include "desktop/qtcanvas.h"
 #include "desktop/qticons.h"
 #include "desktop/qtpictures.h"
 #include "desktop/qttexts.h"
@@ -95,6 +96,25 @@ TEST(Pictures, StayWithinBounds)
     EXPECT_LT(most, size_t(200) << 20);
     EXPECT_GT(pictures.Count(), 20u);
     EXPECT_LT(pictures.Count(), 60u);
+}
+
+TEST(Pictures, ThatAreTooLargeToBeKeptAreDrawnAsFarAsTheyAreSeen)
+{
+    Pictures pictures;
+    desktop::Texts texts;
+    const Bitmap bitmap = MakeBitmap(8, qRgb(40, 80, 120));
+    EXPECT_TRUE(pictures.Get(*bitmap, whole, QSize(9000, 9000), false).isNull());
+    QImage screen(50, 40, QImage::Format_RGB32);
+    screen.fill(Qt::white);
+    {
+        QPainter painter(&screen);
+        desktop::QtCanvas canvas(painter, pictures, texts);
+        canvas.DrawBitmap(bitmap.get(), { -4000, -4000, 9000, 9000 }, whole, false);
+        canvas.DrawBitmap(bitmap.get(), { 0, 0, 9000, 9000 }, { 4, 4, 9, 9 }, false); // a part outside
+    }
+    EXPECT_EQ(screen.pixel(0, 0), qRgb(40, 80, 120));
+    EXPECT_EQ(screen.pixel(49, 39), qRgb(40, 80, 120));
+    EXPECT_EQ(pictures.Bytes(), 0u);
 }
 
 TEST(Pictures, ThatAreSignsTakeTheColourOfTheTexts)
