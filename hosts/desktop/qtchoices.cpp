@@ -1,7 +1,10 @@
 // What the user picks a value with: combo boxes and sliders.
+#include <algorithm>
 #include <cmath>
+#include <limits>
 
 #include <QComboBox>
+#include <QLineEdit>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QToolTip>
@@ -44,32 +47,46 @@ public:
         combo->setEditable(gadget.Has(VX3_FLAG_EDIT));
         combo->setInsertPolicy(QComboBox::NoInsert);
         Own(combo);
-        QObject::connect(combo, &QComboBox::activated, combo,
-                         [this](int row) { toolkit.GetDesk().UserSetValue(gadget, combo->itemData(row).toInt()); });
-        QObject::connect(combo, &QComboBox::editTextChanged, combo,
-                         [this](const QString& text) { toolkit.GetDesk().UserSetText(gadget, ToUnits(text), false); });
+        QObject::connect(combo, &QComboBox::activated, combo, [this](int row) { Choose(row); });
+        if (combo->isEditable())
+            QObject::connect(combo->lineEdit(), &QLineEdit::textEdited, combo,
+                             [this](const QString& text) { toolkit.GetDesk().UserSetText(gadget, ToUnits(text), false); });
     }
     void Show(Change change) override
     {
         QtGadget::Show(change);
         const QSignalBlocker blocker(combo);
-        if (change == Change::Everything || change == Change::Rows)
+        const bool hasRows = change == Change::Everything || change == Change::Rows;
+        if (hasRows)
             ShowRows();
-        if (combo->isEditable() && change != Change::Value)
+        if (hasRows || change == Change::Value)
+            combo->setCurrentIndex(RowOf(gadget.value));
+        if (combo->isEditable() && combo->currentText() != Text()) // the caret stays if nothing is different
             combo->setEditText(Text());
-        else
-            combo->setCurrentIndex(combo->findData(static_cast<int>(gadget.value)));
     }
     bool EnterText(const std::u16string& text) override
     {
         if (!combo->isEditable() || !combo->isEnabled())
             return false;
+        combo->setEditText(ToQt(text));
         if (text != gadget.text)
-            combo->setEditText(ToQt(text));
+            toolkit.GetDesk().UserSetText(gadget, text, false);
         return true;
     }
 
 private:
+    // The text of the row stands in the field then; for the module it is one command.
+    void Choose(int row)
+    {
+        if (combo->isEditable())
+            gadget.text = ToUnits(combo->itemText(row));
+        toolkit.GetDesk().UserSetValue(gadget, combo->itemData(row).toInt());
+    }
+    int RowOf(double value) const
+    {
+        const bool isNumber = value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max();
+        return isNumber ? combo->findData(static_cast<int>(value)) : -1;
+    }
     void ShowRows()
     {
         combo->clear();
@@ -112,13 +129,20 @@ public:
         if (slider->isSliderDown())
             return; // the user has it
         const QSignalBlocker blocker(slider);
-        slider->setRange(0, static_cast<int>(std::lround((gadget.most - gadget.least) / Step())));
-        slider->setValue(static_cast<int>(std::lround((gadget.value - gadget.least) / Step())));
+        slider->setRange(0, StepsTo(gadget.most));
+        slider->setValue(StepsTo(gadget.value));
         slider->setPageStep(std::max(1, slider->maximum() / 10));
     }
 
 private:
-    double Step() const { return gadget.step > 0 ? gadget.step : 1; }
+    static constexpr double mostSteps = 1e6; // finer than any slider is long
+
+    double Step() const { return std::max(gadget.step > 0 ? gadget.step : 1, (gadget.most - gadget.least) / mostSteps); }
+    int StepsTo(double value) const
+    {
+        const double steps = std::round((value - gadget.least) / Step());
+        return steps > 0 ? static_cast<int>(std::min(steps, mostSteps)) : 0; // 0 also for what is no number
+    }
     QString ShownValue(double value) const
     {
         return QString::number(value) + (gadget.Has(VX3_FLAG_PERCENT) ? QStringLiteral(" %") : QString());

@@ -333,6 +333,12 @@ void QtDriver::Settle()
 
 // --- What can be looked at ---
 
+std::string QtDriver::DumpDisplayList(Dialog&)
+{
+    user.Fail("a host with a screen keeps no list of what is drawn; vx3 script has one");
+    return {};
+}
+
 bool QtDriver::Shot(Dialog& window, const std::string& file)
 {
     Turn();

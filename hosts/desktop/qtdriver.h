@@ -43,7 +43,7 @@ public:
     void Advance(int milliseconds) override;
     void Settle() override;
     bool Shot(Dialog& window, const std::string& file) override;
-    std::string DumpDisplayList(Dialog&) override { return {}; }
+    std::string DumpDisplayList(Dialog& window) override; // a failure: drawings are not kept
     std::string DumpMenu() override { return user.Shown(); }
 
 private:
@@ -57,6 +57,7 @@ private:
     int32_t ChooseFrom(QMenu& menu, const std::vector<gui::MenuItem>& rows) override;
     bool Ask(const std::string& question, std::string& answer) override;
     void Show(const std::string& text) override { user.Show(text); }
+    void Fail(const std::string& why) override { user.Fail(why); }
     std::string FolderOfScenario() override { return folder; }
 
     Spot SpotOf(Gadget& gadget, Point at) const;

@@ -77,9 +77,19 @@ void QtGadget::Show(gui::Change change)
         widget->setEnabled(IsEnabledWithAll(gadget));
     if (widget && (isEverything || change == gui::Change::Tip)) {
         widget->setToolTip(PlainTip(ToQt(gadget.tip)));
-        if (gadget.text.empty())
-            widget->setAccessibleName(ToQt(gadget.tip));
+        FocusWidget()->setAccessibleName(AccessibleName());
     }
+}
+
+// What is read out where no text is seen; empty: the widget knows it.
+QString QtGadget::AccessibleName() const
+{
+    const int32_t kind = gadget.shape.kind;
+    if (!gadget.tip.empty() && (gadget.text.empty() || kind == VX3_GADGET_BITMAP_BUTTON))
+        return PlainTip(ToQt(gadget.tip));
+    if (kind == VX3_GADGET_AREA || kind == VX3_GADGET_TREE)
+        return ToQt(gadget.dialog->Window().title);
+    return kind == VX3_GADGET_BITMAP_BUTTON ? Text() : QString();
 }
 
 void QtGadget::SelectText(int, int)

@@ -48,6 +48,7 @@ protected:
     void ShowWidget(QWidget& shown, bool wanted);
     QWidget* Around() const; // the parent of its widget
     QString Text() const { return ToQt(gadget.text); }
+    QString AccessibleName() const;
 
     QtToolkit& toolkit;
     Gadget& gadget;

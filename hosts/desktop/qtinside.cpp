@@ -43,6 +43,13 @@ std::vector<QWidget*> FocusOrder(Dialog& window)
     return order;
 }
 
+// Whatever the module makes of it: a program that hears of a move deletes its file.
+void AcceptCopy(QDropEvent& event)
+{
+    event.setDropAction(Qt::CopyAction);
+    event.accept();
+}
+
 bool HasFocusInside(const QWidget& widget)
 {
     const QWidget* focused = QApplication::focusWidget();
@@ -92,9 +99,11 @@ bool WindowInside::focusNextPrevChild(bool isNext)
 
 void WindowInside::dragEnterEvent(QDragEnterEvent* event)
 {
-    dragged = PathsOf(*event->mimeData());
+    const bool canCopy = event->possibleActions() & Qt::CopyAction;
+    dragged = canCopy ? PathsOf(*event->mimeData()) : std::vector<std::string>();
+    isWelcome = false;
     if (!dragged.empty())
-        event->acceptProposedAction(); // moves follow, which say it for the place
+        AcceptCopy(*event); // moves follow, which say it for the place
 }
 
 void WindowInside::MoveDrag(QDropEvent& event)
@@ -110,12 +119,17 @@ void WindowInside::dragMoveEvent(QDragMoveEvent* event)
     MoveDrag(*event);
     core::Path path{ std::string_view(dragged.front()) };
     const int32_t cursor = toolkit.GetDesk().MoveForeignDrag(draggedTo, dragQualifiers, VX3_DRAG_FILE, path.Get());
-    const bool isWelcome = cursor == VX3_CURSOR_COPY || cursor == VX3_CURSOR_ACCEPT;
-    event->setDropAction(cursor == VX3_CURSOR_COPY ? Qt::CopyAction : event->proposedAction());
+    isWelcome = cursor == VX3_CURSOR_COPY || cursor == VX3_CURSOR_ACCEPT;
+    AcceptCopy(*event);
     event->setAccepted(isWelcome);
 }
 
 void WindowInside::dragLeaveEvent(QDragLeaveEvent*)
+{
+    EndDrag();
+}
+
+void WindowInside::EndDrag()
 {
     if (!dialog || dragged.empty())
         return;
@@ -126,8 +140,12 @@ void WindowInside::dragLeaveEvent(QDragLeaveEvent*)
 
 void WindowInside::dropEvent(QDropEvent* event)
 {
+    if (!isWelcome) {
+        event->ignore();
+        return EndDrag();
+    }
     MoveDrag(*event);
-    event->acceptProposedAction();
+    AcceptCopy(*event);
     for (const std::string& file : std::exchange(dragged, {})) {
         core::Path path{ std::string_view(file) };
         if (dialog) // a drop may close it

@@ -261,7 +261,25 @@ bool Surface::FeedKey(const QKeyEvent& event)
 
 void Surface::keyPressEvent(QKeyEvent* event)
 {
-    event->setAccepted(FeedKey(*event));
+    const bool isMenuKey = event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier;
+    event->setAccepted(isMenuKey ? FeedMenuKey() : FeedKey(*event));
+}
+
+// By the mouse the press has been fed already; the window system tells of the menu key in this way.
+void Surface::contextMenuEvent(QContextMenuEvent* event)
+{
+    if (event->reason() == QContextMenuEvent::Keyboard)
+        event->setAccepted(FeedMenuKey());
+}
+
+// A press of the right button where the pointer is, or in the middle of what is seen.
+bool Surface::FeedMenuKey()
+{
+    const QPoint pointer = mapFromGlobal(toolkit.Pointer().Position());
+    gui::Input input;
+    input.channel = VX3_CHANNEL_RIGHT;
+    input.at = ToPoint(rect().contains(pointer) ? pointer : rect().center()) + origin;
+    return Feed(input);
 }
 
 void Surface::inputMethodEvent(QInputMethodEvent* event)

@@ -33,6 +33,7 @@ protected:
     void keyPressEvent(QKeyEvent* event) override;
     void inputMethodEvent(QInputMethodEvent* event) override;
     QVariant inputMethodQuery(Qt::InputMethodQuery query) const override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 
@@ -41,6 +42,7 @@ private:
     bool Feed(const gui::Input& input);
     void FeedPress(QMouseEvent& event, bool isDouble);
     bool FeedKey(const QKeyEvent& event);
+    bool FeedMenuKey();
     int WholeNotches(int angle, uint32_t qualifiers);
     QRect InsideFrame() const;
 

@@ -262,6 +262,11 @@ void QtToolkit::CloseWindow(Dialog& window)
 void QtToolkit::ShowTitle(Dialog& window)
 {
     WindowOf(window)->ShowTitle();
+    if (window.root) // areas are called by it
+        VisitGadgets(*window.root, [](Gadget& gadget) {
+            if (gadget.native)
+                NativeOf(gadget)->Show(gui::Change::Tip);
+        });
 }
 
 void QtToolkit::RaiseWindow(Dialog& window)
@@ -433,7 +438,12 @@ bool QtToolkit::Ask(const std::u16string& text)
     std::string answer;
     if (!script)
         return AskQuestion(QApplication::activeWindow(), ToQt(text));
-    return script->Ask("question: " + core::Text(text).Utf8(), answer) && (answer == "yes" || answer == "1");
+    if (!script->Ask("question: " + core::Text(text).Utf8(), answer))
+        return false;
+    const bool isYes = answer == "yes" || answer == "1";
+    if (!isYes && !answer.empty() && answer != "no" && answer != "0")
+        script->Fail("'" + answer + "' is neither yes nor no");
+    return isYes;
 }
 
 bool QtToolkit::Choose(const gui::ChooseRequest& request, std::string& chosen)
@@ -443,10 +453,17 @@ bool QtToolkit::Choose(const gui::ChooseRequest& request, std::string& chosen)
     std::string answer;
     if (!script->Ask(WordsOf(request), answer) || answer.empty() || answer == "0")
         return false;
-    chosen = (std::filesystem::path(script->FolderOfScenario()) / answer).string();
+    const std::string path = (std::filesystem::path(script->FolderOfScenario()) / answer).string();
     std::error_code ignored;
-    const bool exists = std::filesystem::exists(chosen, ignored);
-    return request.mode == VX3_CHOOSE_SAVE ? !exists || Ask(u"replace " + core::Text(answer).Units()) : exists;
+    const bool exists = std::filesystem::exists(path, ignored);
+    if (request.mode == VX3_CHOOSE_SAVE && exists && !Ask(u"replace " + core::Text(answer).Units()))
+        return false;
+    if (request.mode != VX3_CHOOSE_SAVE && !exists) {
+        script->Fail("'" + path + "' cannot be chosen: it does not exist");
+        return false;
+    }
+    chosen = path;
+    return true;
 }
 
 bool QtToolkit::Reveal(const std::string& path)

@@ -49,6 +49,7 @@ public:
     virtual int32_t ChooseFrom(QMenu& menu, const std::vector<gui::MenuItem>& rows) = 0; // of a menu that is open
     virtual bool Ask(const std::string& question, std::string& answer) = 0;              // false: nothing was answered
     virtual void Show(const std::string& text) = 0;                                      // what a desktop would have been asked for
+    virtual void Fail(const std::string& why) = 0;
     virtual std::string FolderOfScenario() = 0;
 };
 

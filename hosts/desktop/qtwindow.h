@@ -34,12 +34,14 @@ protected:
 
 private:
     void MoveDrag(QDropEvent& event);
+    void EndDrag(); // without a drop
 
     QtToolkit& toolkit;
     Dialog* dialog;                   // none: it is closed
     std::vector<std::string> dragged; // paths of files
     uint32_t dragQualifiers = 0;
     Point draggedTo;
+    bool isWelcome = false; // where it is at this moment
 };
 
 class WindowFrame final : public QWidget

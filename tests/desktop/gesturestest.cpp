@@ -4,11 +4,13 @@
 
 #include <QApplication>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QDropEvent>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QPaintEvent>
+#include <QSlider>
 #include <QTimer>
 #include <QUrl>
 
@@ -21,6 +23,7 @@
 namespace {
 
 using namespace vx3::tests;
+using vx3::gui::Change;
 using vx3::gui::Gadget;
 using vx3::gui::Point;
 
@@ -261,6 +264,117 @@ TEST_F(GesturesTest, FilesOfOtherProgramsAreDroppedOneByOne)
               "window: drag 202 over gadget 43 at 10 12 qualifiers 0\n"
               "window: drag 202 dropped gadget 43 at 10 12 qualifiers 0\n"
               "window: drag 202 dropped gadget 43 at 10 12 qualifiers 0\n");
+    EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
+}
+
+TEST_F(GesturesTest, AProgramThatMovesItsFilesHearsOfACopyAndOfNothingWhereTheyAreRefused)
+{
+    ShowPage(Areas);
+    QMimeData data;
+    data.setUrls({ QUrl(QStringLiteral("file:///tmp/a.png")) });
+    QWidget& inside = *vx3::desktop::WindowOf(Window())->Inside();
+    const struct {
+        int32_t id;
+        Qt::DropActions offered;
+        bool isTaken;
+    } rows[] = {
+        { idDropArea, Qt::CopyAction | Qt::MoveAction, true },
+        { idBandArea, Qt::CopyAction | Qt::MoveAction, false },
+        { idDropArea, Qt::MoveAction, false },
+    };
+    for (const auto& row : rows) {
+        const QPoint at = WidgetOf(row.id).mapTo(&inside, QPoint(10, 12));
+        QDragEnterEvent enter(at, row.offered, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&inside, &enter);
+        QDragMoveEvent move(at, row.offered, &data, Qt::LeftButton, Qt::NoModifier);
+        QCoreApplication::sendEvent(&inside, &move);
+        EXPECT_EQ(move.isAccepted(), row.isTaken) << row.id;
+        QDropEvent drop(at, row.offered, &data, Qt::LeftButton, Qt::NoModifier);
+        drop.setDropAction(Qt::MoveAction);
+        QCoreApplication::sendEvent(&inside, &drop);
+        EXPECT_EQ(drop.isAccepted(), row.isTaken) << row.id;
+        EXPECT_FALSE(drop.isAccepted() && drop.dropAction() == Qt::MoveAction);
+        EXPECT_EQ(Heard().find("dropped") != std::string::npos, row.isTaken) << row.id;
+    }
+}
+
+TEST_F(GesturesTest, ARowOfAFreeComboIsChosenWithOneCommandAndItsTextIsTheGadgets)
+{
+    ShowPage(Fields);
+    auto& combo = static_cast<QComboBox&>(WidgetOf(idFreeCombo));
+    combo.setCurrentIndex(-1);
+    combo.setFocus();
+    LetGo();
+    Heard();
+    driver.Key(Window(), VX3_KEY_DOWN, 0, {});
+    EXPECT_EQ(Heard(), "window: message inta\nwindow: command 28 value 1 text \"umber\"\nwindow: message inte\n");
+    EXPECT_EQ(combo.currentText(), QStringLiteral("umber"));
+    combo.lineEdit()->setCursorPosition(2);
+    for (Change change : { Change::Enabled, Change::Tip, Change::Value })
+        toolkit.ShowGadget(Find(idFreeCombo), change);
+    EXPECT_EQ(combo.lineEdit()->cursorPosition(), 2) << "nothing is different";
+    driver.Key(Window(), 'X', 0, u"x");
+    EXPECT_EQ(Heard(), "window: message inta\nwindow: command 28 value 0 text \"umxber\"\nwindow: message inte\n");
+}
+
+TEST_F(GesturesTest, ValuesOutOfAllBoundsAreShown)
+{
+    ShowPage(Fields);
+    Gadget& slider = Find(idSlider);
+    slider.most = 1e300;
+    slider.step = 1e-300;
+    slider.value = 5e299;
+    toolkit.ShowGadget(slider, Change::Everything);
+    const auto& shown = static_cast<QSlider&>(WidgetOf(idSlider));
+    EXPECT_NEAR(shown.value(), shown.maximum() / 2, 1);
+    Find(idCombo).value = 1e300;
+    toolkit.ShowGadget(Find(idCombo), Change::Value);
+    EXPECT_EQ(static_cast<QComboBox&>(WidgetOf(idCombo)).currentIndex(), -1);
+}
+
+TEST_F(GesturesTest, TheMenuKeyIsAPressOfTheRightButtonInTheMiddle)
+{
+    ShowPage(Areas);
+    QWidget& area = WidgetOf(idBandArea);
+    for (bool isMenuKey : { false, true }) {
+        Later([] {
+            if (QWidget* menu = QApplication::activePopupWidget())
+                menu->close();
+        });
+        QKeyEvent keys(QEvent::KeyPress, Qt::Key_F10, Qt::ShiftModifier);
+        QContextMenuEvent told(QContextMenuEvent::Keyboard, QPoint(1, 1), area.mapToGlobal(QPoint(1, 1)));
+        QEvent& event = isMenuKey ? static_cast<QEvent&>(told) : keys;
+        QCoreApplication::sendEvent(&area, &event);
+        const QPoint middle = area.rect().center();
+        const std::string at = std::to_string(middle.x()) + " " + std::to_string(middle.y());
+        EXPECT_NE(Heard().find("band area: channel 2 value 1 at " + at + " "), std::string::npos) << isMenuKey;
+    }
+}
+
+TEST_F(GesturesTest, WhatShowsNoTextHasANameThatIsReadOut)
+{
+    ShowPage(Areas);
+    Gadget& area = Find(idBandArea);
+    EXPECT_EQ(WidgetOf(idBandArea).accessibleName(), vx3::desktop::ToQt(Window().title));
+    area.tip = u"&Bands";
+    toolkit.ShowGadget(area, Change::Tip);
+    EXPECT_EQ(WidgetOf(idBandArea).accessibleName(), vx3::desktop::PlainTip(QStringLiteral("&Bands")));
+    area.tip.clear();
+    Window().title = u"Other";
+    toolkit.ShowTitle(Window());
+    EXPECT_EQ(WidgetOf(idBandArea).accessibleName(), QStringLiteral("Other"));
+}
+
+TEST_F(GesturesTest, AScriptFailsWhereItAsksForWhatThereIsNot)
+{
+    const struct {
+        const char* line;
+        const char* says;
+    } rows[] = {
+        { "dump displaylist\n", "keeps no list" },
+    };
+    for (const auto& row : rows)
+        EXPECT_NE(Play(row.line).find(row.says), std::string::npos) << Play(row.line);
 }
 
 TEST_F(GesturesTest, TabGoesThroughTheGadgetsInTheOrderOfTheLayout)
