@@ -4,40 +4,14 @@
 #include <fstream>
 #include <sstream>
 
-#include <stdlib.h>
-
 #include "gui/browserscript.h"
+#include "headless/temporaryfolder.h"
 #include "progressbar.h"
 #include "verbs.h"
 
 namespace vx3::console {
 
 namespace {
-
-// Of the run alone; removed with all that lies in it.
-class TemporaryFolder
-{
-public:
-    TemporaryFolder()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vx3scriptXXXXXX").string();
-        if (mkdtemp(pattern.data()))
-            path = pattern;
-    }
-    ~TemporaryFolder()
-    {
-        std::error_code ignored;
-        if (!path.empty())
-            std::filesystem::remove_all(path, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::string& Path() const { return path; }
-
-private:
-    std::string path;
-};
 
 bool ReadFile(const std::string& name, std::string& content)
 {
@@ -118,7 +92,7 @@ int RunScript(Command command)
         Say("the script " + Quoted(command.arguments[0]) + " cannot be read");
         return static_cast<int>(Exit::NotFound);
     }
-    const TemporaryFolder made;
+    const headless::TemporaryFolder made("vx3script");
     std::error_code failed;
     const std::string folder = command.Has(Option::Folder) ? AbsolutePath(command.Value(Option::Folder)) : made.Path() + "/folder";
     if (made.Path().empty() || (std::filesystem::create_directories(folder, failed), failed)) {

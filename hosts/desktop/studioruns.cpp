@@ -14,6 +14,7 @@
 
 #include "core/livecounts.h"
 #include "gui/browserscript.h"
+#include "headless/temporaryfolder.h"
 #include "headless/threadstate.h"
 #include "qtdriver.h"
 #include "qtsurface.h"
@@ -57,31 +58,6 @@ bool ReadFile(const std::string& name, std::string& content)
     content = bytes.str();
     return file.good() && bytes.good();
 }
-
-// Of one run; removed with all that lies in it.
-class TemporaryFolder
-{
-public:
-    TemporaryFolder()
-    {
-        std::string pattern = (std::filesystem::temp_directory_path() / "vx3studioXXXXXX").string();
-        if (mkdtemp(pattern.data()))
-            path = pattern;
-    }
-    ~TemporaryFolder()
-    {
-        std::error_code ignored;
-        if (!path.empty())
-            std::filesystem::remove_all(path, ignored);
-    }
-    TemporaryFolder(const TemporaryFolder&) = delete;
-    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-
-    const std::string& Path() const { return path; }
-
-private:
-    std::string path;
-};
 
 void PrintLine(const std::string& line)
 {
@@ -187,7 +163,7 @@ int RunScriptFile(const StudioOptions& options)
     std::string text;
     if (!ReadFile(options.script, text))
         return Refuse({ Exit::NotFound, "the script '" + options.script + "' cannot be read" });
-    const TemporaryFolder made;
+    const headless::TemporaryFolder made("vx3studio");
     std::error_code failed;
     const std::string folder = options.folder.empty() ? made.Path() + "/folder" : AbsolutePath(options.folder);
     std::filesystem::create_directories(folder, failed);
