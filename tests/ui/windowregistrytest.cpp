@@ -184,20 +184,21 @@ TEST_F(WindowRefusal, LeavesNothing)
         { "gadgets",
           [this] { gadget.add = [](VX3Dialog, const VX3GadgetShape*, const VX3String*, const VX3String*) -> VX3Bool { return 0; }; } },
     };
+    const std::function<bool()> ways[] = { [] { return OpenBrowserWindow(NodeOf("/p/sub")); },
+                                           [] { return OpenAt("file://localhost/p/sub"); }, [] { return RestoreBrowserWindow(1); } };
     BrowserDialog& other = Open("/p");
-    for (const Row& row : rows) {
-        row.refuse();
-        EXPECT_FALSE(OpenBrowserWindow(NodeOf("/p/sub"))) << row.name;
-        EXPECT_FALSE(OpenAt("file://localhost/p/sub")) << row.name;
-        EXPECT_FALSE(RestoreBrowserWindow(1)) << row.name;
-        Mend();
-        gui.GetToolkit().Turn();
-        EXPECT_EQ(OpenSlots(), "0") << row.name;
-        EXPECT_EQ(CountOpen(), 1u) << row.name;
-        EXPECT_EQ(ActiveDialog(), &other) << row.name;
-        EXPECT_EQ(Watches(), 1) << row.name;
-        EXPECT_EQ(gui.GetToolkit().DescribeCursor(), "") << row.name;
-    }
+    for (const Row& row : rows)
+        for (const auto& opens : ways) {
+            row.refuse();
+            EXPECT_FALSE(opens()) << row.name;
+            Mend();
+            gui.GetToolkit().Turn();
+            EXPECT_EQ(OpenSlots(), "0") << row.name;
+            EXPECT_EQ(CountOpen(), 1u) << row.name;
+            EXPECT_EQ(ActiveDialog(), &other) << row.name;
+            EXPECT_EQ(Watches(), 1) << row.name;
+            EXPECT_EQ(gui.GetToolkit().DescribeCursor(), "") << row.name;
+        }
     EXPECT_EQ(SlotOf(Open("/p/sub")), 1);
 }
 
