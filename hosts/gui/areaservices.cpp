@@ -118,8 +118,8 @@ VX3Bool ToLocal(VX3Area handle, int32_t* x, int32_t* y)
     Point corner;
     if (!FindCorner(call, corner))
         return 0;
-    *x -= corner.x;
-    *y -= corner.y;
+    *x = Bounded(int64_t(*x) - corner.x);
+    *y = Bounded(int64_t(*y) - corner.y);
     return 1;
 }
 
@@ -129,8 +129,8 @@ VX3Bool ToScreen(VX3Area handle, int32_t* x, int32_t* y)
     Point corner;
     if (!FindCorner(call, corner))
         return 0;
-    *x += corner.x;
-    *y += corner.y;
+    *x = Bounded(int64_t(*x) + corner.x);
+    *y = Bounded(int64_t(*y) + corner.y);
     return 1;
 }
 
@@ -145,16 +145,34 @@ VX3Bool Post(VX3Area handle, int32_t code)
     return 1;
 }
 
+// A rubber band runs.
+class BandRun
+{
+public:
+    explicit BandRun(DeskState& ownDesk)
+        : desk(ownDesk)
+    {
+        desk.hasBand = true;
+    }
+    ~BandRun() { desk.hasBand = false; }
+    BandRun(const BandRun&) = delete;
+    BandRun& operator=(const BandRun&) = delete;
+
+private:
+    DeskState& desk;
+};
+
 int32_t TrackRubberBand(VX3Area handle, int32_t x, int32_t y, uint32_t mode, VX3Rectangle* rectangle)
 {
     const AreaCall call(handle, Calls::Nested);
-    if (!call.IsPlaced() || mode != VX3_BAND_FRAME || !IsLive(*call.area->gadget->dialog))
+    if (!call.IsPlaced() || mode != VX3_BAND_FRAME || !IsLive(*call.area->gadget->dialog) || IsPointerTaken(*call.desk))
         return VX3_BAND_NONE;
     Gadget& gadget = *call.area->gadget;
     Band band;
     {
         const NestedRun run(*call.desk, *gadget.dialog);
-        band = call.desk->toolkit.TrackRubberBand(gadget, { x, y });
+        const BandRun bandRun(*call.desk);
+        band = call.desk->toolkit.TrackRubberBand(gadget, { Bounded(x), Bounded(y) });
     }
     if (gadget.isGone || gadget.area != call.area || WantsToLeave(*gadget.dialog))
         return VX3_BAND_CANCELLED;

@@ -48,6 +48,7 @@ struct Desk::State : TreeHost {
     std::vector<Gadget*> unsettledTrees;
     std::vector<Dialog*> cancellable; // those in which a rubber band, a drag or a popup menu runs
     PopupEdits popupEdits;
+    bool hasBand = false;     // a rubber band runs
     DragRun drag;             // of an area or a tree
     DragRun foreignDrag;      // from outside
     DragRun* asked = nullptr; // the one whose message is being answered
@@ -65,6 +66,12 @@ struct Desk::State : TreeHost {
 };
 
 using DeskState = Desk::State;
+
+// There is one pointer: while it draws a rubber band or drags something, it does nothing else.
+inline bool IsPointerTaken(const DeskState& desk)
+{
+    return desk.hasBand || desk.drag.isRunning;
+}
 
 // A number for a dialog or an area that was never used before in this process.
 uint64_t NewHandle();

@@ -234,7 +234,12 @@ bool CanOpen(DeskState& desk, const Dialog& dialog)
 bool OpenWindow(DeskState& desk, Dialog& window, const VX3WindowPlace& place, Opening kind)
 {
     const Busy busy(desk);
-    window.opened = place;
+    window.opened = { place.id,
+                      place.subId,
+                      Bounded(place.x),
+                      Bounded(place.y),
+                      std::min(place.width, mostWindowLength),
+                      std::min(place.height, mostWindowLength) };
     window.isModal = kind == Opening::Modal;
     if (!Safely([&] { return RunOpening(desk, window); }))
         return Abandon(desk, window);

@@ -140,7 +140,7 @@ VX3Bool SetLeastSize(VX3Dialog handle, int32_t width, int32_t height)
     const DialogCall call(handle);
     if (!call || call.dialog->parent)
         return 0;
-    call.dialog->leastSize = { width, height };
+    call.dialog->leastSize = { std::clamp(width, 0, mostWindowLength), std::clamp(height, 0, mostWindowLength) };
     if (IsWindow(call))
         call.desk->toolkit.ShowLeastSize(*call.dialog);
     return 1;

@@ -176,7 +176,7 @@ void EndDragsOf(DeskState& desk, Dialog& dialog, Gadget* group)
 
 bool RunDragOf(DeskState& desk, Gadget& gadget, int32_t type, void* data)
 {
-    if (desk.drag.isRunning || !IsLive(*gadget.dialog) || WantsToLeave(*gadget.dialog))
+    if (IsPointerTaken(desk) || !IsLive(*gadget.dialog) || WantsToLeave(*gadget.dialog))
         return false;
     const OuterDrag outer(desk); // a drop of it may be going on
     desk.drag.isRunning = true;

@@ -3,6 +3,7 @@
 #include "gui/deskstate.h"
 #include "gui/guarded.h"
 #include "gui/palette.h"
+#include "gui/tracks.h"
 
 namespace vx3::gui {
 
@@ -65,17 +66,23 @@ void FillRectangle(VX3Canvas canvas, const VX3Rectangle* rectangle)
         call.canvas->Fill(PlaceOf(*rectangle));
 }
 
+// A canvas may go along a line step by step.
+Point LineEnd(int32_t x, int32_t y)
+{
+    return { std::clamp(x, -mostLength, mostLength), std::clamp(y, -mostLength, mostLength) };
+}
+
 void DrawLine(VX3Canvas canvas, int32_t x1, int32_t y1, int32_t x2, int32_t y2)
 {
     if (const CanvasCall call(canvas); call)
-        call.canvas->Line({ x1, y1 }, { x2, y2 });
+        call.canvas->Line(LineEnd(x1, y1), LineEnd(x2, y2));
 }
 
 void DrawBitmap(VX3Canvas canvas, const VX3Bitmap* bitmap, int32_t x, int32_t y, int32_t width, int32_t height, int32_t sourceX,
                 int32_t sourceY, int32_t sourceWidth, int32_t sourceHeight, uint32_t mode)
 {
-    const Place target = { x, y, width, height };
-    const Place source = { sourceX, sourceY, sourceWidth, sourceHeight };
+    const Place target = { Bounded(x), Bounded(y), Bounded(width), Bounded(height) };
+    const Place source = { Bounded(sourceX), Bounded(sourceY), Bounded(sourceWidth), Bounded(sourceHeight) };
     if (const CanvasCall call(canvas); call && bitmap && !target.IsEmpty() && !source.IsEmpty())
         call.canvas->DrawBitmap(bitmap, target, source, mode == VX3_DRAW_ALPHA);
 }
@@ -84,7 +91,7 @@ void DrawText(VX3Canvas canvas, const VX3Unit* units, int32_t count, int32_t x, 
 {
     const std::u16string_view text = TextOf(units, count);
     if (const CanvasCall call(canvas); call && !text.empty())
-        call.canvas->DrawText(text, { x, y });
+        call.canvas->DrawText(text, { Bounded(x), Bounded(y) });
 }
 
 int32_t TextWidth(VX3Canvas, const VX3Unit* units, int32_t count)

@@ -51,7 +51,7 @@ Gadget* FirstWithFocus(Gadget& gadget)
 {
     Gadget* first = nullptr;
     ForEachGadget(gadget, [&](Gadget& inside) {
-        if (!first && CanHaveFocus(inside) && inside.isEnabled && IsSeen(inside))
+        if (!first && CanHaveFocus(inside) && CanBeUsed(inside) && IsSeen(inside))
             first = &inside;
     });
     return first;

@@ -17,6 +17,8 @@ namespace vx3::gui {
 
 namespace {
 
+constexpr double mostValue = 1e15; // of a range and of a weight: differences and sums stay exact enough
+
 const VX3ContainerServices& Containers()
 {
     return *core::ContainerServices();
@@ -114,9 +116,9 @@ VX3Bool SetRange(VX3Dialog dialog, int32_t id, double least, double most, double
     const bool isRange = std::isfinite(least) && std::isfinite(most) && std::isfinite(step) && least <= most;
     if (!call || !HasRange(*call.gadget) || !isRange)
         return 0;
-    call.gadget->least = least;
-    call.gadget->most = most;
-    call.gadget->step = step;
+    call.gadget->least = std::clamp(least, -mostValue, mostValue);
+    call.gadget->most = std::clamp(most, -mostValue, mostValue);
+    call.gadget->step = std::clamp(step, -mostValue, mostValue);
     call.gadget->value = ClampedValue(*call.gadget, call.gadget->value);
     Show(*call.desk, *call.gadget, Change::Range);
     return 1;
@@ -217,7 +219,7 @@ VX3Bool SetWeights(VX3Dialog dialog, int32_t id, const VX3Container* weights)
     std::vector<double>& own = call.gadget->weights;
     for (size_t i = 0; i < own.size(); ++i) {
         const double weight = Containers().getFloat(weights, KeyOfWeight(*call.gadget, i), own[i]);
-        own[i] = std::isfinite(weight) && weight >= 0 ? weight : own[i];
+        own[i] = std::isfinite(weight) && weight >= 0 ? std::min(weight, mostValue) : own[i];
     }
     return 1;
 }

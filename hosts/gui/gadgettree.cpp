@@ -4,6 +4,7 @@
 
 #include "gui/focus.h"
 #include "gui/layout.h"
+#include "gui/tracks.h"
 
 namespace vx3::gui {
 
@@ -119,6 +120,14 @@ bool IsInside(const Gadget& gadget, const Gadget& group)
     return false;
 }
 
+bool CanBeUsed(const Gadget& gadget)
+{
+    const Gadget* around = &gadget;
+    while (around && around->isEnabled)
+        around = AroundOf(*around);
+    return !around;
+}
+
 bool IsSeen(const Gadget& gadget)
 {
     const Gadget* inside = &gadget;
@@ -154,6 +163,8 @@ Gadget* AddGadget(Gadget& group, const VX3GadgetShape& shape)
         return nullptr;
     auto gadget = std::make_unique<Gadget>(*group.dialog, shape);
     gadget->shape.columns = std::max(1, shape.columns);
+    gadget->shape.minWidth = std::clamp(shape.minWidth, 0, mostLength);
+    gadget->shape.minHeight = std::clamp(shape.minHeight, 0, mostLength);
     gadget->parent = &group;
     group.children.push_back(std::move(gadget));
     if (group.shape.kind == VX3_GADGET_SPLITTER)

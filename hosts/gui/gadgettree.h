@@ -17,7 +17,8 @@ void ForEachGadget(Gadget& gadget, const std::function<void(Gadget&)>& function)
 
 Gadget* AroundOf(const Gadget& gadget); // its parent, or what holds its dialog
 bool IsInside(const Gadget& gadget, const Gadget& group);
-bool IsSeen(const Gadget& gadget); // nothing around it is hidden or another page
+bool CanBeUsed(const Gadget& gadget); // it is enabled, with all around it
+bool IsSeen(const Gadget& gadget);    // nothing around it is hidden or another page
 
 // The child of a group that stands at a point of the window's inside, and so on down to the
 // deepest; none outside.

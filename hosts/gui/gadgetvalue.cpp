@@ -2,8 +2,17 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace vx3::gui {
+
+namespace {
+
+// The numbers of rows are int32.
+constexpr double leastRow = std::numeric_limits<int32_t>::min();
+constexpr double mostRow = std::numeric_limits<int32_t>::max();
+
+} // namespace
 
 bool HasText(const Gadget& gadget)
 {
@@ -56,6 +65,7 @@ double ClampedValue(const Gadget& gadget, double value)
     case VX3_GADGET_BITMAP_BUTTON: return value != 0 ? 1 : 0;
     case VX3_GADGET_PROGRESS: return value < 0 ? -1 : std::min(value, 1.0);
     case VX3_GADGET_TABS: return std::clamp(std::floor(value), 0.0, std::max(0.0, static_cast<double>(gadget.children.size()) - 1));
+    case VX3_GADGET_COMBO: return std::clamp(std::floor(value), leastRow, mostRow);
     default: return value;
     }
 }

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <algorithm>
+#include <cstdint>
 
 #include "vx3/guitypes.h"
 
@@ -46,9 +47,20 @@ struct Place {
     bool operator==(const Place&) const = default;
 };
 
+// Modules may give any number. Nothing is farther away than this, so that corners and lengths can
+// be added up.
+constexpr int farthest = 1 << 29;
+constexpr int mostWindowLength = (1 << 15) - 1; // of the inside of a window
+
+inline int Bounded(int64_t coordinate)
+{
+    return static_cast<int>(std::clamp<int64_t>(coordinate, -farthest, farthest));
+}
+
 inline Place PlaceOf(const VX3Rectangle& rectangle)
 {
-    return { rectangle.x1, rectangle.y1, rectangle.x2 - rectangle.x1 + 1, rectangle.y2 - rectangle.y1 + 1 };
+    const Point from = { Bounded(rectangle.x1), Bounded(rectangle.y1) };
+    return { from.x, from.y, Bounded(rectangle.x2) - from.x + 1, Bounded(rectangle.y2) - from.y + 1 };
 }
 
 inline VX3Rectangle RectangleOf(const Place& place)

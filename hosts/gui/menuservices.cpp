@@ -109,7 +109,7 @@ VX3Bool SetItem(VX3Dialog dialog, int32_t id, uint32_t bits)
 // Where the pointer is, unless a place was given.
 Point PopupCorner(DeskState& desk, int32_t x, int32_t y)
 {
-    Point corner = { x, y };
+    Point corner = { Bounded(x), Bounded(y) };
     if (x == -1 && y == -1)
         desk.toolkit.PointerState(corner);
     return corner;

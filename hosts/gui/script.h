@@ -49,6 +49,8 @@ public:
     virtual bool Shot(Dialog& window, const std::string& file) = 0;
     virtual std::string DumpDisplayList(Dialog& window) = 0; // empty: this host keeps none
     virtual std::string DumpMenu() = 0;                      // the last popup menu, a row a line
+    // True if the last gesture was one that a user could not make. It is no failure then.
+    virtual bool TakeRefusal() { return false; }
 };
 
 // What a script asks of the program around it.

@@ -1,9 +1,11 @@
 #include "gui/scriptdump.h"
 
 #include <array>
+#include <charconv>
 #include <cstdio>
 
 #include "core/values.h"
+#include "gui/gadgettree.h"
 #include "gui/layoutfile.h"
 #include "gui/treestate.h"
 
@@ -27,9 +29,10 @@ bool HasValue(const Gadget& gadget)
 
 std::string Number(double value)
 {
+    constexpr int digits = 6;
     std::array<char, 32> text = {};
-    std::snprintf(text.data(), text.size(), "%.6g", value);
-    return text.data();
+    const auto written = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, digits);
+    return std::string(text.data(), written.ptr);
 }
 
 std::string Date(const VX3FileDate& date)
@@ -53,7 +56,7 @@ std::string DescribeGadget(const Gadget& gadget)
     for (const ComboRow& row : gadget.rows)
         text += (&row == &gadget.rows.front() ? " of " : ", ")
             + (row.text.empty() ? "-" : std::to_string(row.value) + " " + core::Text(std::u16string_view(row.text)).Utf8());
-    text += gadget.isEnabled ? "" : " disabled";
+    text += CanBeUsed(gadget) ? "" : " disabled";
     text += gadget.IsShown() ? "" : " hidden";
     return text;
 }

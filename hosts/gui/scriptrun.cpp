@@ -15,7 +15,7 @@ int Resolve(Coordinate coordinate, int from, int length)
     constexpr int whole = 100;
     if (!coordinate.isPercent)
         return coordinate.value;
-    return from + std::min(static_cast<int>(static_cast<int64_t>(length) * coordinate.value / whole), std::max(0, length - 1));
+    return from + std::min(Bounded(static_cast<int64_t>(length) * coordinate.value / whole), std::max(0, length - 1));
 }
 
 } // namespace
@@ -48,7 +48,8 @@ Gadget& ScriptRun::GadgetAt(size_t index) const
 Point ScriptRun::PointIn(const Gadget& gadget, size_t index) const
 {
     const Place seen = SeenPartOf(gadget);
-    return { Resolve(CoordinateWord(Word(index)), seen.x, seen.width), Resolve(CoordinateWord(Word(index + 1)), seen.y, seen.height) };
+    return { Bounded(Resolve(CoordinateWord(Word(index)), seen.x, seen.width)),
+             Bounded(Resolve(CoordinateWord(Word(index + 1)), seen.y, seen.height)) };
 }
 
 uint32_t ScriptRun::Qualifiers(size_t from) const

@@ -134,7 +134,7 @@ void ChooseWindow(ScriptRun& run)
 
 void ResizeTo(ScriptRun& run, Size inside)
 {
-    ToolkitOfDesk().ResizeWindow(run.Window(), inside);
+    ToolkitOfDesk().ResizeWindow(run.Window(), { std::min(inside.width, mostWindowLength), std::min(inside.height, mostWindowLength) });
     run.state.driver.Advance(0);
 }
 
@@ -147,7 +147,7 @@ void ResizeWindow(ScriptRun& run)
 void ResizeArea(ScriptRun& run)
 {
     constexpr int attempts = 4;
-    const Size wanted = { WholeWord(run.Word(2)), WholeWord(run.Word(3)) };
+    const Size wanted = { Bounded(WholeWord(run.Word(2))), Bounded(WholeWord(run.Word(3))) };
     for (int attempt = 0;; ++attempt) {
         Gadget& seen = SeenThrough(run.GadgetAt(1));
         const Size present = seen.shape.kind == VX3_GADGET_SCROLL ? seen.view : seen.place.Extent();
@@ -193,11 +193,17 @@ void Move(ScriptRun& run)
     run.state.driver.MoveMouse(gadget, run.PointIn(gadget, 2), run.Qualifiers(4));
 }
 
-void Wheel(ScriptRun& run)
+int32_t WheelWord(const std::string& word)
 {
     constexpr double notch = 120;
+    constexpr double mostNotches = 1000;
+    return static_cast<int32_t>(notch * std::clamp(DecimalWord(word), -mostNotches, mostNotches));
+}
+
+void Wheel(ScriptRun& run)
+{
     Gadget& gadget = run.GadgetAt(1);
-    run.state.driver.Wheel(gadget, run.PointIn(gadget, 2), static_cast<int32_t>(notch * DecimalWord(run.Word(4))), run.Qualifiers(5));
+    run.state.driver.Wheel(gadget, run.PointIn(gadget, 2), WheelWord(run.Word(4)), run.Qualifiers(5));
 }
 
 void PressKey(ScriptRun& run)
@@ -335,7 +341,8 @@ void Refused(ScriptRun& run)
     } catch (const ScriptError&) {
         return;
     }
-    throw ScriptError{ "this was not refused" };
+    if (!run.state.driver.TakeRefusal())
+        throw ScriptError{ "this was not refused" };
 }
 
 // --- Files of the scenario ---

@@ -155,7 +155,8 @@ Size OpeningSize(DeskState& desk, Dialog& window)
         const Size need = NeedOfWindow(desk.toolkit, window, std::max(0, size.width));
         size = { size.width > 0 ? size.width : need.width, size.height > 0 ? size.height : need.height };
     }
-    return size.Widened(window.leastSize);
+    size = size.Widened(window.leastSize);
+    return { std::min(size.width, mostWindowLength), std::min(size.height, mostWindowLength) };
 }
 
 bool ScrollTo(DeskState& desk, Gadget& scroll, Point scrolled)

@@ -14,7 +14,12 @@ class TextWidths
 {
 public:
     int Of(Toolkit& toolkit, std::u16string_view text);
-    void Forget() { widths.clear(); } // the font has changed
+    void Forget() // the font has changed
+    {
+        widths.clear();
+        units = 0;
+    }
+    size_t Units() const { return units; } // that are kept
 
 private:
     struct Hash {
@@ -23,6 +28,7 @@ private:
     };
 
     std::unordered_map<std::u16string, int, Hash, std::equal_to<>> widths;
+    size_t units = 0;
 };
 
 } // namespace vx3::gui

@@ -23,7 +23,7 @@ namespace {
 // May the user do something with it?
 bool IsUsable(const Gadget& gadget)
 {
-    return !gadget.isGone && gadget.isEnabled && IsLive(*gadget.dialog);
+    return !gadget.isGone && CanBeUsed(gadget) && IsLive(*gadget.dialog);
 }
 
 enum class Held { No, Yes };

@@ -5,6 +5,7 @@
 
 #include "core/services.h"
 #include "core/values.h"
+#include "gui/gadgettree.h"
 #include "gui/toolkit.h"
 #include "headless/gadgetneeds.h"
 #include "headless/natives.h"
@@ -63,7 +64,7 @@ private:
     void Fade(const gui::Place& part);
     void PaintSelection();
     bool HasFocus() const { return gadget.dialog->Window().focus == &gadget; }
-    gui::Colour TextColour() const { return gadget.isEnabled ? style::text : style::disabledText; }
+    gui::Colour TextColour() const { return gui::CanBeUsed(gadget) ? style::text : style::disabledText; }
     double Share() const;
 
     Raster& raster;
@@ -222,7 +223,7 @@ void GadgetPainter::PaintBitmapButton()
     if (isOn)
         Box(style::shade);
     const VX3Bitmap* picture = gadget.normal.Get();
-    if (!picture && !gadget.isEnabled)
+    if (!picture && !gui::CanBeUsed(gadget))
         return; // a place for what is shown at times
     if (!picture)
         return Frame({ place.x + 3, place.y + 3, place.width - 6, place.height - 6 }, style::frame);
@@ -230,7 +231,7 @@ void GadgetPainter::PaintBitmapButton()
     const gui::Place target = { place.x + (place.width - size.width) / 2, place.y + (place.height - size.height) / 2, size.width,
                                 size.height };
     raster.Draw(picture, target, { 0, 0, size.width, size.height }, clip, true);
-    if (!gadget.isEnabled)
+    if (!gui::CanBeUsed(gadget))
         Fade(target);
 }
 

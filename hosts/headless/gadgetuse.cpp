@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "core/values.h"
+#include "gui/gadgettree.h"
 #include "headless/fixedfont.h"
 #include "headless/gadgetneeds.h"
 #include "headless/gadgetpicture.h"
@@ -131,7 +132,7 @@ bool TakesFocusByMouse(const gui::Gadget& gadget)
 
 bool TakesFocusByTab(const gui::Gadget& gadget)
 {
-    return gadget.isEnabled
+    return gui::CanBeUsed(gadget)
         && (DrawsItself(gadget) || HasText(gadget) || IsSwitch(gadget) || IsButton(gadget) || HasRange(gadget)
             || gadget.shape.kind == VX3_GADGET_DATE || gadget.shape.kind == VX3_GADGET_COMBO || gadget.shape.kind == VX3_GADGET_TABS);
 }
@@ -188,7 +189,7 @@ bool ChooseValue(gui::Desk& desk, gui::Gadget& gadget, double value)
     const bool isRow = gadget.shape.kind == VX3_GADGET_COMBO && IsRow(gadget, value);
     const bool isSwitched = IsSwitch(gadget) && (value == 0 || value == 1);
     const bool isInRange = HasRange(gadget) && value >= gadget.least && value <= gadget.most;
-    if (!gadget.isEnabled || !(isPage || isRow || isSwitched || isInRange))
+    if (!gui::CanBeUsed(gadget) || !(isPage || isRow || isSwitched || isInRange))
         return false;
     if (value != gadget.value)
         desk.UserSetValue(gadget, value);
@@ -197,7 +198,7 @@ bool ChooseValue(gui::Desk& desk, gui::Gadget& gadget, double value)
 
 bool EnterText(gui::Desk& desk, gui::Gadget& gadget, const std::u16string& text)
 {
-    if (!gadget.isEnabled || gadget.Has(VX3_FLAG_READ_ONLY))
+    if (!gui::CanBeUsed(gadget) || gadget.Has(VX3_FLAG_READ_ONLY))
         return false;
     if (gadget.shape.kind == VX3_GADGET_DATE)
         return ChooseDate(desk, gadget, text);

@@ -61,9 +61,9 @@ gui::Gadget* ScrollAround(gui::Gadget& gadget)
 bool HeadlessDriver::CanUse(gui::Dialog& window)
 {
     if (!window.IsOpen() || !toolkit.Windows().Has(window))
-        toolkit.User().Fail("the window is not open");
+        toolkit.User().Refuse("the window is not open");
     else if (toolkit.Windows().BlockerOf(window))
-        toolkit.User().Fail("a modal window holds up the window");
+        toolkit.User().Refuse("a modal window holds up the window");
     else
         return true;
     return false;
@@ -75,7 +75,7 @@ bool HeadlessDriver::CanUse(gui::Gadget& gadget)
         return false; // told already
     if (!SeenPart(gadget).IsEmpty())
         return true;
-    toolkit.User().Fail(NameOf(gadget) + " is not to be seen");
+    toolkit.User().Refuse(NameOf(gadget) + " is not to be seen");
     return false;
 }
 
@@ -85,7 +85,7 @@ bool HeadlessDriver::CanPointAt(gui::Gadget& gadget, gui::Point at)
         return false;
     if (SeenPart(gadget).Has(at))
         return true;
-    toolkit.User().Fail("the point " + Words(at) + " of " + NameOf(gadget) + " is not to be seen");
+    toolkit.User().Refuse("the point " + Words(at) + " of " + NameOf(gadget) + " is not to be seen");
     return false;
 }
 
@@ -109,7 +109,7 @@ void HeadlessDriver::Mouse(gui::Gadget& gadget, gui::Point at, int32_t channel, 
     if (gadget.isGone)
         return toolkit.Turn();
     toolkit.Windows().Activate(gadget.dialog->Window());
-    if (!gadget.isGone && gadget.isEnabled)
+    if (!gadget.isGone && gui::CanBeUsed(gadget))
         Press(gadget, { gui::Device::Mouse, channel, 1, at, qualifiers, isDouble, {} });
     toolkit.Turn();
 }
@@ -135,7 +135,7 @@ void HeadlessDriver::Release(gui::Gadget& gadget, gui::Point at, int32_t channel
     if (channel != VX3_CHANNEL_LEFT)
         return;
     const bool isClick = std::exchange(pressed, nullptr) == &gadget && !wasTracking;
-    if (isClick && !gadget.isGone && gadget.isEnabled && SeenPart(gadget).Has(at))
+    if (isClick && !gadget.isGone && gui::CanBeUsed(gadget) && SeenPart(gadget).Has(at))
         Click(desk, gadget, at);
 }
 
@@ -195,7 +195,7 @@ void HeadlessDriver::KeyInPopup(const gui::Input& input)
 // Who has the focus gets a key first, then the tabulator, the window, and its close button.
 void HeadlessDriver::KeyInWindow(gui::Dialog& window, const gui::Input& input)
 {
-    if (window.focus && window.focus->isEnabled && PressKey(desk, *window.focus, input))
+    if (window.focus && gui::CanBeUsed(*window.focus) && PressKey(desk, *window.focus, input))
         return;
     if (input.channel == VX3_KEY_TAB)
         return FocusNext(window, (input.qualifiers & VX3_QUALIFIER_SHIFT) != 0);
@@ -228,8 +228,8 @@ void HeadlessDriver::Push(gui::Gadget& gadget)
     const gui::Point middle = { part.x + part.width / 2, part.y + part.height / 2 };
     if (!CanPointAt(gadget, middle))
         return;
-    if (!gadget.isEnabled)
-        return toolkit.User().Fail(NameOf(gadget) + " is disabled");
+    if (!gui::CanBeUsed(gadget))
+        return toolkit.User().Refuse(NameOf(gadget) + " is disabled");
     Mouse(gadget, middle, VX3_CHANNEL_LEFT, 0, true, false);
     Mouse(gadget, middle, VX3_CHANNEL_LEFT, 0, false, false);
 }
@@ -239,7 +239,7 @@ void HeadlessDriver::SetValue(gui::Gadget& gadget, double value)
     if (!CanUse(gadget))
         return;
     if (!ChooseValue(desk, gadget, value))
-        toolkit.User().Fail(NameOf(gadget) + " cannot be set to " + std::to_string(value));
+        toolkit.User().Refuse(NameOf(gadget) + " cannot be set to " + std::to_string(value));
     toolkit.Turn();
 }
 
@@ -248,7 +248,7 @@ void HeadlessDriver::SetText(gui::Gadget& gadget, const std::u16string& text)
     if (!CanUse(gadget))
         return;
     if (!EnterText(desk, gadget, text))
-        toolkit.User().Fail(NameOf(gadget) + " does not take the text " + QuotedText(text));
+        toolkit.User().Refuse(NameOf(gadget) + " does not take the text " + QuotedText(text));
     toolkit.Turn();
 }
 
@@ -261,7 +261,7 @@ void HeadlessDriver::ChooseMenu(gui::Dialog& window, int32_t id)
     if (id != 0 && gui::ChooseFromMenu(window.menu, std::to_string(id), chosen))
         desk.UserChoseMenu(window, chosen);
     else
-        toolkit.User().Fail("the menu bar has no row " + std::to_string(id) + " to choose");
+        toolkit.User().Refuse("the menu bar has no row " + std::to_string(id) + " to choose");
     toolkit.Turn();
 }
 

@@ -41,6 +41,7 @@ public:
     bool Shot(gui::Dialog& window, const std::string& file) override;
     std::string DumpDisplayList(gui::Dialog& window) override;
     std::string DumpMenu() override;
+    bool TakeRefusal() override { return toolkit.User().TakeRefusal(); }
 
 private:
     bool CanUse(gui::Dialog& window);

@@ -1,5 +1,7 @@
 #include "headless/scripteduser.h"
 
+#include <utility>
+
 namespace vx3::headless {
 
 bool ScriptedUser::Take(const std::string& question, std::string& answer)
@@ -10,6 +12,14 @@ bool ScriptedUser::Take(const std::string& question, std::string& answer)
     }
     answer = std::move(answers.front());
     answers.pop_front();
+    return true;
+}
+
+bool ScriptedUser::TakeRefusal()
+{
+    if (!std::exchange(isRefused, false) || failures.size() != 1)
+        return false;
+    failures.clear();
     return true;
 }
 

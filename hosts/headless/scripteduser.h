@@ -18,6 +18,13 @@ public:
     bool HasAnswers() const { return !answers.empty(); }
 
     void Fail(std::string failure) { failures.push_back(std::move(failure)); }
+    // A failure that `refused` of a script expects: a user cannot do this.
+    void Refuse(std::string failure)
+    {
+        Fail(std::move(failure));
+        isRefused = failures.size() == 1;
+    }
+    bool TakeRefusal(); // true if nothing else has failed: that is forgotten then
     const std::vector<std::string>& Failures() const { return failures; }
 
     // What was shown to the user last: a menu, a row a line, or a box.
@@ -28,6 +35,7 @@ private:
     std::deque<std::string> answers;
     std::vector<std::string> failures;
     std::string shown;
+    bool isRefused = false; // the one failure
 };
 
 } // namespace vx3::headless

@@ -149,6 +149,12 @@ TEST_F(LayoutOfModule, ThatIsWrongBuildsNothingAndIsToldToTheConsole)
         EXPECT_FALSE(Gadgets().exists(window.handle, 9));
         EXPECT_FALSE(Gadgets().loadLayout(window.handle, resources, 8)) << "absent";
         EXPECT_FALSE(Gadgets().loadLayout(window.handle, nullptr, 7));
+        Begin(window, ShapeOf(VX3_GADGET_SCROLL, 12));
+        Write("dialog 7 { text 9; }");
+        EXPECT_TRUE(Gadgets().loadLayout(window.handle, resources, 7));
+        Write("dialog 7 { text 14; }");
+        EXPECT_FALSE(Gadgets().loadLayout(window.handle, resources, 7) || Gadgets().exists(window.handle, 14)) << "it has its child";
+        Gadgets().end(window.handle);
         Write("dialog 7 { lever }");
         EXPECT_FALSE(Gadgets().loadLayout(window.handle, resources, 7));
     };

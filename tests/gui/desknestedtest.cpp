@@ -321,6 +321,43 @@ TEST_F(DeskDrag, EndsBeforeItsWindowDoes)
     EXPECT_TRUE(hasMoved);
 }
 
+TEST_F(DeskDrag, ADropMayBeginAnotherDrag)
+{
+    window.on["10003"] = [&] {
+        window.on["10003"] = nullptr;
+        toolkit.onDrag = [&](Gadget&) {
+            EXPECT_TRUE(desk.MoveDrag(inPane, 0));
+            desk.EndDrag(inPane, 0, false);
+        };
+        EXPECT_TRUE(Menus().drag(area.handle, VX3_DRAG_BROWSER, &data));
+        EXPECT_FALSE(desk.MoveDrag(inPane, 0)) << "the outer one is dropped already";
+    };
+    EXPECT_EQ(RunDrag([&] {
+                  const auto dropped = window.on["10003"];
+                  window.on["10003"] = nullptr;
+                  desk.MoveDrag(inWindow, 0);
+                  window.on["10003"] = dropped;
+                  desk.EndDrag(inWindow, 0, true);
+              }),
+              "P inta, area input, W on 24, W 10003, W drop on 24, W 10003, P on 21, P 10003, P end on 0, P 10003, P inte");
+    EXPECT_TRUE(hasMoved);
+    EXPECT_EQ(RunDrag([&] { desk.EndDrag(inPane, 0, true); }), "P inta, area input, P inte");
+    EXPECT_FALSE(hasMoved) << "nothing of them is left";
+}
+
+TEST_F(DeskDrag, ThePointerDoesOneThingAtATime)
+{
+    VX3Rectangle band = {};
+    toolkit.onBand = [&](Gadget&) {
+        EXPECT_EQ(Areas().trackRubberBand(area.handle, 1, 1, VX3_BAND_FRAME, &band), VX3_BAND_NONE);
+        EXPECT_FALSE(Menus().drag(area.handle, VX3_DRAG_BROWSER, &data));
+        return Band{ VX3_BAND_UNMOVED, {} };
+    };
+    RunDrag([&] { EXPECT_EQ(Areas().trackRubberBand(area.handle, 1, 1, VX3_BAND_FRAME, &band), VX3_BAND_NONE); });
+    EXPECT_EQ(Areas().trackRubberBand(area.handle, 1, 1, VX3_BAND_FRAME, &band), VX3_BAND_UNMOVED);
+    EXPECT_EQ(Areas().trackRubberBand(area.handle, 1, 1, VX3_BAND_FRAME, &band), VX3_BAND_UNMOVED) << "it has ended";
+}
+
 TEST_F(DeskDrag, FilesFromOutsideAreDraggedTheSameWay)
 {
     type = VX3_DRAG_FILE;

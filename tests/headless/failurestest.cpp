@@ -70,6 +70,15 @@ TEST_F(FailuresTest, AnInterruptEndsTheScriptBetweenLines)
     EXPECT_EQ(Play("open\nsay first\nsay second\n"), "first\nFAILED: line 2: interrupted\n");
 }
 
+// What a user cannot do is what `refused` expects; other failures of its line are none of that.
+TEST_F(FailuresTest, WhatAUserCannotDoIsRefused)
+{
+    EXPECT_EQ(Play("open\nrefused push 32\nrefused set 23 11\nrefused text 31 x\nrefused menu 4\nrefused push 99\nsay on\n"), "on\n");
+    EXPECT_EQ(Play("refused set 23 5\n"), "FAILED: line 1: this was not refused\n");
+    const std::string unanswered = Play("refused push 73\nsay never\n");
+    EXPECT_NE(unanswered.find("FAILED: line 1: "), unanswered.npos) << "the box came, and nobody answered";
+}
+
 // A module that never rests: settling gives up after a while instead of waiting for ever.
 TEST_F(FailuresTest, SettlingAsksWhetherSomethingWorks)
 {

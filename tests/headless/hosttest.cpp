@@ -90,6 +90,30 @@ TEST_F(GalleryTest, APageThatGoesTakesTheFocusWithIt)
     EXPECT_EQ(Play("open\nclick 21 10 10\nset 10 1\ndump focus\n"), "focus nowhere\n");
 }
 
+TEST_F(GalleryTest, AFieldOverTheWindowEndsWhenAnotherGetsTheFocus)
+{
+    const std::string lines = Play("open\npush 71\ntype x\ncommand 9\ndump list\ndump focus\n");
+    EXPECT_NE(lines.find("popup edit closed \"x\""), lines.npos) << lines;
+    EXPECT_NE(lines.find("focus edit 21"), lines.npos) << lines;
+}
+
+TEST(WindowStack, OnlyOnePlaceMeansNone)
+{
+    vx3::headless::WindowStack stack;
+    const struct {
+        int32_t x;
+        int32_t y;
+        bool isTaken;
+    } cases[] = { { -1, -1, false }, { -200, -50, true }, { -1, 7, true }, { 0, 0, true } };
+    for (const auto& row : cases) {
+        vx3::gui::Dialog other;
+        other.opened = { 1, 0, row.x, row.y, 10, 10 };
+        stack.Add(other);
+        EXPECT_EQ(vx3::headless::FrameOf(other).Corner() == (Point{ row.x, row.y }), row.isTaken) << row.x << " " << row.y;
+        stack.Remove(other);
+    }
+}
+
 TEST(HeadlessHost, TextsOfAModuleAreBoxesAndWindowsAreInTheTable)
 {
     const std::string folder = vx3::testing::MakeTemporaryFolder();
