@@ -57,13 +57,15 @@ public:
     int64_t Populate() override
     {
         listed++;
+        if (unlisted.empty())
+            return 1;
         for (browser::ContentRef& child : std::exchange(unlisted, {}))
             EXPECT_TRUE(child->AttachTo(*this));
         return 1;
     }
 
-    std::vector<browser::ContentRef> unlisted;
-    int listed = 0;
+    std::vector<browser::ContentRef> unlisted; // only where the main thread alone lists
+    std::atomic<int> listed = 0;
     static inline std::atomic<int> live = 0;
 
 private:

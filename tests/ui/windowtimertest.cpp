@@ -35,7 +35,7 @@ protected:
     {
         place->listed = 0;
         Tick();
-        return std::exchange(place->listed, 0);
+        return place->listed;
     }
 
     Ref<TestPlace> place;
