@@ -171,12 +171,7 @@ std::u16string Desk::KindName(Dialog& window)
 {
     return Safely([&]() -> std::u16string {
         const Busy busy(*state);
-        ContainerValue result;
-        if (IsLive(window))
-            Send(*state, window, Message(VX3_GUI_NAME), result.Get());
-        core::Text name;
-        core::ContainerServices()->getText(result.Get(), VX3_KEY_NAME, name.Get());
-        return name.Units();
+        return IsLive(window) ? NameOfKind(*state, window) : std::u16string();
     });
 }
 

@@ -1,5 +1,6 @@
 #include "gui/savedlayout.h"
 
+#include "core/values.h"
 #include "gui/dialoglife.h"
 #include "gui/messages.h"
 
@@ -29,6 +30,9 @@ void SaveWindow(DeskState& desk, Dialog& window, VX3Container* saved)
     place.height = window.size.height;
     for (const PlaceField& field : placeFields)
         Containers().setInt32(saved, field.key, place.*field.field);
+    Containers().setText(saved, SavedKind, core::Text(std::u16string_view(NameOfKind(desk, window))).Get());
+    if (!IsLive(window))
+        return; // the question has closed it
     ContainerValue result;
     Send(desk, window, Message(VX3_GUI_LAYOUT_SAVE), result.Get());
     if (const VX3Container* contents = Containers().getContainer(result.Get(), VX3_GUI_LAYOUT_RESTORE))
@@ -56,7 +60,24 @@ const VX3Container* FindSaved(const VX3Container* layout, int32_t id, int32_t su
     return nullptr;
 }
 
+// A window that changed its kind since then begins anew. Layouts from before kinds had names hold for any.
+bool IsOfKind(const VX3Container* saved, const std::u16string& kind)
+{
+    core::Text stored;
+    Containers().getText(saved, SavedKind, stored.Get());
+    return stored.Units().empty() || stored.Units() == kind;
+}
+
 } // namespace
+
+std::u16string NameOfKind(DeskState& desk, Dialog& window)
+{
+    ContainerValue result;
+    Send(desk, window, Message(VX3_GUI_NAME), result.Get());
+    core::Text name;
+    Containers().getText(result.Get(), VX3_KEY_NAME, name.Get());
+    return name.Units();
+}
 
 // A modal window is not saved: what it held up is over.
 void SaveWindows(DeskState& desk, VX3Container& layout)
@@ -79,8 +100,10 @@ void SaveWindows(DeskState& desk, VX3Container& layout)
 
 bool RestoreWindow(DeskState& desk, Dialog& window, int32_t id, int32_t subId)
 {
-    const VX3Container* saved = FindSaved(desk.savedLayout.Get(), id, subId);
-    if (!saved)
+    ContainerValue layout; // modules that are called meanwhile may have another one set
+    Containers().copy(layout.Get(), desk.savedLayout.Get());
+    const VX3Container* saved = FindSaved(layout.Get(), id, subId);
+    if (!saved || !IsOfKind(saved, NameOfKind(desk, window)))
         return false;
     const VX3WindowPlace place = PlaceOfSaved(saved);
     if (const VX3Container* contents = Containers().getContainer(saved, SavedContents)) {

@@ -9,11 +9,15 @@
 
 namespace vx3::gui {
 
-enum SavedKey : int32_t { SavedId = 1, SavedSubId, SavedX, SavedY, SavedWidth, SavedHeight, SavedContents };
+enum SavedKey : int32_t { SavedId = 1, SavedSubId, SavedX, SavedY, SavedWidth, SavedHeight, SavedContents, SavedKind };
+
+// What its module calls this kind of window; empty if it does not.
+std::u16string NameOfKind(DeskState& desk, Dialog& window);
 
 void SaveWindows(DeskState& desk, VX3Container& layout); // calls modules
 
-// Opens a window as it was saved. False if nothing was, or if it does not want to.
+// Opens a window as it was saved, by the ids and the kind. False if nothing was, or if it does not
+// want to.
 bool RestoreWindow(DeskState& desk, Dialog& window, int32_t id, int32_t subId);
 
 } // namespace vx3::gui

@@ -67,12 +67,12 @@ TEST_F(DeskLayout, AWindowComesBackWhereItWasWithWhatItsModuleStored)
         stored = own ? Containers().getInt32(own, 2, 0) : -1;
     };
     EXPECT_TRUE(Dialogs().restore(window.handle, contentsId, 0));
-    EXPECT_EQ(log.Take(), "W lays, W createLayout, W initValues");
+    EXPECT_EQ(log.Take(), "W cinf, W lays, W createLayout, W initValues");
     EXPECT_EQ(stored, 64);
     EXPECT_EQ(WindowOf().size, (Size{ 300, 200 }));
     EXPECT_EQ(WindowOf().opened.x, 50);
     EXPECT_TRUE(Dialogs().restore(second.handle, contentsId, 1));
-    EXPECT_EQ(log.Take(), "S createLayout, S initValues") << "its module stored nothing";
+    EXPECT_EQ(log.Take(), "S cinf, S createLayout, S initValues") << "its module stored nothing";
     EXPECT_EQ(WindowOf(1).size, (Size{ 210, 110 }));
     EXPECT_EQ(WindowOf(1).opened.y, 80);
     EXPECT_FALSE(Dialogs().restore(second.handle, contentsId, 1)) << "it is open";
@@ -237,6 +237,13 @@ TEST_F(DeskLayout, TheKindOfAWindowHasTheNameThatItsModuleGives)
             Containers().setText(result, VX3_KEY_NAME, core::Text("WINDOW_OF_TESTS").Get());
     };
     EXPECT_EQ(desk.KindName(WindowOf()), u"WINDOW_OF_TESTS");
+    ContainerValue saved;
+    desk.SaveLayout(*saved.Get());
+    desk.SetSavedLayout(*saved.Get());
+    Dialogs().close(window.handle, 0);
+    ModuleDialog other(log, "O"); // the same numbers mean another kind of window today
+    EXPECT_FALSE(Dialogs().restore(other.handle, 7, 0));
+    EXPECT_TRUE(Dialogs().restore(window.handle, 7, 0));
 }
 
 } // namespace

@@ -10,6 +10,14 @@
  * draws and messages before they return: the caller holds no lock, and looks again at
  * whatever it knew.
  *
+ * A callback without [nested] answers a question: how large an area is, what stands in a row,
+ * what a drawing looks like, what state a command has. Inside it a call marked [nested] does
+ * nothing and answers 0, and so does `setValue` of tabs; a dialog that is freed there goes
+ * when the host's main loop is back, without a callback. Calls that run such callbacks say so.
+ *
+ * The calls for a dialog work from its createLayout to its destroyWindow; sizes and places hold
+ * from its initValues on. A call that there is no memory for answers 0.
+ *
  * Lengths are logical pixels: a host on a fine screen draws several dots for one.
  * Rectangles hold both their corners, but for that of `getVisiblePart` (guigadget.h), whose
  * second corner lies behind it.

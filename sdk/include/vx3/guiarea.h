@@ -25,7 +25,7 @@ typedef struct VX3AreaTable {
 
 /* Answers of `trackRubberBand`. */
 enum {
-    VX3_BAND_NONE = 0,    /* it could not be shown */
+    VX3_BAND_NONE = 0,    /* it could not be shown, or another one or a drag is going on */
     VX3_BAND_UNMOVED = 1, /* the button was let go where it was pressed */
     VX3_BAND_RECTANGLE = 2,
     VX3_BAND_CANCELLED = 3 /* by the user or by the host: do nothing */

@@ -1,4 +1,5 @@
-/* Boxes that ask or tell, and what the host does for a user on request. */
+/* Boxes that ask or tell, and what the host does for a user on request. Boxes for what other
+ * sections handle come with those sections. */
 #ifndef VX3_GUIBOX_H
 #define VX3_GUIBOX_H
 
@@ -20,10 +21,11 @@ typedef struct VX3BoxServices {
     /* Lets the user choose a path. `filter` are name patterns such as "*.png *.jpg", or none;
      * `start` is where to begin, or none. 0: the user cancelled. [gui-thread] [nested] */
     VX3Bool (*choose)(int32_t mode, const VX3String* title, const VX3String* filter, const VX3Path* start, VX3Path* chosen);
-    /* Shows a file in the system's file manager. 0 if that cannot be done. [gui-thread] */
+    /* Shows the folder that a file is in, in the system's file manager. 0 if that cannot be
+     * done. [gui-thread] [may-block] */
     VX3Bool (*reveal)(const VX3Path* path);
     /* Opens a file with the program that the system has for it. 0 if that cannot be done.
-     * [gui-thread] */
+     * [gui-thread] [may-block] */
     VX3Bool (*openWithSystem)(const VX3Path* path);
     /* Opens the host's preferences on a registered page. 0 if there is none of that id.
      * [gui-thread] [nested] */

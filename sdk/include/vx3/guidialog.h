@@ -19,9 +19,7 @@
 typedef struct VX3DialogTable {
     VX3Bool (*createLayout)(void* object); /* 0: the dialog does not open [gui-thread] [nested] */
     VX3Bool (*initValues)(void* object);   /* 0: the dialog does not open [gui-thread] [nested] */
-    /* The user used a gadget or chose a row of the menu. `event` has the value under
-     * VX3_COMMAND_VALUE, whether a slider is still held under VX3_COMMAND_DRAGGED, and
-     * whether the user asks for the menu of a button instead under VX3_COMMAND_MENU.
+    /* The user used a gadget or chose a row of the menu bar; `event` has the keys VX3_COMMAND.
      * [gui-thread] [nested] */
     VX3Bool (*command)(void* object, int32_t id, const VX3Container* event);
     void (*timer)(void* object); /* never inside another callback of this timer [gui-thread] [nested] */
@@ -30,10 +28,15 @@ typedef struct VX3DialogTable {
     /* 1: consumed. `result` is empty at first. [gui-thread] [nested] */
     VX3Bool (*message)(void* object, int32_t code, const VX3Container* message, VX3Container* result);
     VX3Bool (*askClose)(void* object);   /* 1: the window stays open [gui-thread] [nested] */
-    void (*destroyWindow)(void* object); /* [gui-thread] */
+    void (*destroyWindow)(void* object); /* [gui-thread] [nested] */
 } VX3DialogTable;
 
-enum { VX3_COMMAND_VALUE = 1, VX3_COMMAND_DRAGGED = 2, VX3_COMMAND_MENU = 3 };
+/* Keys of a command. A row of the menu bar has none of them. */
+enum {
+    VX3_COMMAND_VALUE = 1,   /* float64: the value, 1 for a plain button */
+    VX3_COMMAND_DRAGGED = 2, /* bool: a slider is still held */
+    VX3_COMMAND_MENU = 3     /* bool: the user asks for the menu of a button instead; there is no value */
+};
 
 /* Where and as what a window opens. */
 typedef struct VX3WindowPlace {
@@ -76,8 +79,9 @@ typedef struct VX3DialogServices {
     VX3Bool (*post)(VX3Dialog dialog, int32_t code);
 
     /* Puts a dialog into a gadget of an open one, with createLayout at once and initValues
-     * before that of the parent, or at once if the parent had its own. 0 if it is open, or
-     * if the gadget is not of the kind VX3_GADGET_SUBDIALOG. [gui-thread] [nested] */
+     * before that of the parent, or at once if the parent had its own. A dialog that
+     * is in that gadget is closed first. 0 if it is open, or if the gadget is not of the kind
+     * VX3_GADGET_SUBDIALOG. [gui-thread] [nested] */
     VX3Bool (*attach)(VX3Dialog dialog, VX3Dialog parent, int32_t gadget);
     VX3Bool (*detach)(VX3Dialog dialog); /* Closes it; the gadget is empty then. [gui-thread] [nested] */
 } VX3DialogServices;

@@ -14,11 +14,13 @@
 enum { VX3_DRAW_ALPHA = 256, VX3_DRAW_OPAQUE = 768 };
 
 typedef struct VX3DrawServices {
-    void (*setClip)(VX3Canvas canvas, const VX3Rectangle* clip);                        /* Replaces the one before. [gui-thread] */
-    void (*clearClip)(VX3Canvas canvas);                                                /* [gui-thread] */
-    void (*setPen)(VX3Canvas canvas, int32_t colour);                                   /* A VX3_COLOUR number. [gui-thread] */
-    void (*setPenRgb)(VX3Canvas canvas, uint8_t red, uint8_t green, uint8_t blue);      /* [gui-thread] */
-    void (*setTextColours)(VX3Canvas canvas, int32_t text, int32_t background);         /* [gui-thread] */
+    void (*setClip)(VX3Canvas canvas, const VX3Rectangle* clip);                   /* Replaces the one before. [gui-thread] */
+    void (*clearClip)(VX3Canvas canvas);                                           /* [gui-thread] */
+    void (*setPen)(VX3Canvas canvas, int32_t colour);                              /* A VX3_COLOUR number. [gui-thread] */
+    void (*setPenRgb)(VX3Canvas canvas, uint8_t red, uint8_t green, uint8_t blue); /* [gui-thread] */
+    /* `background` is what stands behind the text, for hosts that smooth letters against a
+     * colour; nothing is painted with it. [gui-thread] */
+    void (*setTextColours)(VX3Canvas canvas, int32_t text, int32_t background);
     void (*fillRectangle)(VX3Canvas canvas, const VX3Rectangle* rectangle);             /* With the pen. [gui-thread] */
     void (*drawLine)(VX3Canvas canvas, int32_t x1, int32_t y1, int32_t x2, int32_t y2); /* Both ends included. [gui-thread] */
     /* Scales a part of a bitmap into a rectangle: corner and size of both. The bitmap may be

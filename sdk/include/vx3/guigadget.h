@@ -53,8 +53,8 @@ enum {
     VX3_FLAG_TOGGLE = 128,
     VX3_FLAG_EDIT = 256,    /* COMBO: also other texts than those of its rows */
     VX3_FLAG_PERCENT = 512, /* NUMBER, SLIDER: shown with a percent sign */
-    VX3_FLAG_MENU = 2048,   /* BITMAP_BUTTON: the right button asks for a menu: VX3_COMMAND_MENU */
-    VX3_FLAG_HIDDEN = 1024  /* takes no room until it is shown */
+    VX3_FLAG_HIDDEN = 1024, /* takes no room until it is shown */
+    VX3_FLAG_MENU = 2048    /* BITMAP_BUTTON: the right button asks for a menu: VX3_COMMAND_MENU */
 };
 
 /* The shape of one gadget or group. */
@@ -72,9 +72,9 @@ typedef struct VX3GadgetShape {
 enum { VX3_WEIGHT_COLUMN = 2001, VX3_WEIGHT_ROW = 3001 };
 
 typedef struct VX3GadgetServices {
-    /* Builds what a layout file of the module describes, as children of the current group.
-     * 0, and nothing built, if the file is absent or wrong; the console then has a line that
-     * says where. [gui-thread] [may-block] */
+    /* Builds what a layout file of the module describes, as a child of the current group.
+     * 0, and nothing built, if the file is absent or wrong, or the group takes no more; the
+     * console then has a line that says where. [gui-thread] [may-block] */
     VX3Bool (*loadLayout)(VX3Dialog dialog, VX3Resources* resources, int32_t number);
     /* Adds a group to the current one and makes it the current one. `title` may be none.
      * 0 if the id is there already. [gui-thread] */
@@ -91,11 +91,13 @@ typedef struct VX3GadgetServices {
     VX3Bool (*update)(VX3Dialog dialog, int32_t group);
     VX3Bool (*exists)(VX3Dialog dialog, int32_t id); /* [gui-thread] */
 
-    VX3Bool (*enable)(VX3Dialog dialog, int32_t id, VX3Bool enabled); /* [gui-thread] */
-    VX3Bool (*isEnabled)(VX3Dialog dialog, int32_t id);               /* [gui-thread] */
-    VX3Bool (*show)(VX3Dialog dialog, int32_t id, VX3Bool shown);     /* Takes effect with `update`. [gui-thread] */
-    VX3Bool (*focus)(VX3Dialog dialog, int32_t id);                   /* [gui-thread] */
-    VX3Bool (*hasFocus)(VX3Dialog dialog, int32_t id);                /* Also for what is inside it. [gui-thread] */
+    /* What stands in a disabled group or dialog cannot be used either, and can again as it could
+     * before when that is enabled. `isEnabled` tells of the gadget alone. [gui-thread] */
+    VX3Bool (*enable)(VX3Dialog dialog, int32_t id, VX3Bool enabled);
+    VX3Bool (*isEnabled)(VX3Dialog dialog, int32_t id);           /* [gui-thread] */
+    VX3Bool (*show)(VX3Dialog dialog, int32_t id, VX3Bool shown); /* Takes effect with `update`. [gui-thread] */
+    VX3Bool (*focus)(VX3Dialog dialog, int32_t id);               /* [gui-thread] */
+    VX3Bool (*hasFocus)(VX3Dialog dialog, int32_t id);            /* Also for what is inside it. [gui-thread] */
 
     VX3Bool (*setText)(VX3Dialog dialog, int32_t id, const VX3String* text); /* [gui-thread] */
     VX3Bool (*getText)(VX3Dialog dialog, int32_t id, VX3String* text);       /* [gui-thread] */
@@ -103,10 +105,11 @@ typedef struct VX3GadgetServices {
     /* Selects `count` units from `from`; -1 for all that follow. [gui-thread] */
     VX3Bool (*selectText)(VX3Dialog dialog, int32_t id, int32_t from, int32_t count);
     VX3Bool (*setRange)(VX3Dialog dialog, int32_t id, double least, double most, double step); /* [gui-thread] */
-    VX3Bool (*setValue)(VX3Dialog dialog, int32_t id, double value);                           /* [gui-thread] */
-    VX3Bool (*getValue)(VX3Dialog dialog, int32_t id, double* value);                          /* [gui-thread] */
-    VX3Bool (*setDate)(VX3Dialog dialog, int32_t id, const VX3FileDate* date);                 /* [gui-thread] */
-    VX3Bool (*getDate)(VX3Dialog dialog, int32_t id, VX3FileDate* date);                       /* [gui-thread] */
+    /* Of tabs: lays the window out anew, which asks areas and trees for their sizes. [gui-thread] */
+    VX3Bool (*setValue)(VX3Dialog dialog, int32_t id, double value);
+    VX3Bool (*getValue)(VX3Dialog dialog, int32_t id, double* value);          /* [gui-thread] */
+    VX3Bool (*setDate)(VX3Dialog dialog, int32_t id, const VX3FileDate* date); /* [gui-thread] */
+    VX3Bool (*getDate)(VX3Dialog dialog, int32_t id, VX3FileDate* date);       /* [gui-thread] */
     /* Adds a row to a combo box. `text` none or empty: a separator. [gui-thread] */
     VX3Bool (*addRow)(VX3Dialog dialog, int32_t id, int32_t value, const VX3String* text);
     VX3Bool (*clearRows)(VX3Dialog dialog, int32_t id); /* [gui-thread] */

@@ -14,7 +14,8 @@ enum { VX3_EDIT_CHANGED = 1, VX3_EDIT_CLOSED = 2, VX3_EDIT_CANCELLED = 3 };
  * [gui-thread] [nested] */
 typedef void (*VX3PopupEditFunction)(void* user, int32_t reason, const VX3String* text);
 
-/* Types of what is dragged. Of a type of a module the data is whatever that module says. */
+/* Types of what is dragged. Of a type of a module the data is whatever that module says. 204
+ * and 205 are kept for kinds of files that come with sections of their own. */
 enum {
     VX3_DRAG_OBJECTS = 201, /* elements of the scene */
     VX3_DRAG_FILE = 202,    /* data is a VX3Path; one message for each of several files at the drop */
@@ -43,7 +44,7 @@ typedef struct VX3MenuServices {
     VX3Bool (*endMenu)(VX3Dialog dialog);                                                       /* [gui-thread] */
     VX3Bool (*addItem)(VX3Dialog dialog, int32_t id, const VX3String* text, uint32_t menuBits); /* VX3_MENU bits. [gui-thread] */
     /* A row for a registered command, which brings its name, icon, help and state and is
-     * executed by the host. [gui-thread] */
+     * executed by the host. Asks for its state, and again before the menu is shown. [gui-thread] */
     VX3Bool (*addCommand)(VX3Dialog dialog, int32_t command);
     VX3Bool (*finish)(VX3Dialog dialog);                                 /* [gui-thread] */
     VX3Bool (*setItem)(VX3Dialog dialog, int32_t id, uint32_t menuBits); /* Also after `finish`. [gui-thread] */
@@ -52,7 +53,9 @@ typedef struct VX3MenuServices {
      * number of the row that the user chose, or 0. Rows are the container's texts in order:
      * their key is the number; a text that ends in "&d&" is shown and cannot be chosen, in
      * "&c&" has a tick; an empty one is a separator; a nested container is a menu of its own, whose text
-     * stands under the key 1 in it and whose rows have other keys. [gui-thread] [nested] */
+     * stands under the key 1 in it and whose rows have other keys. A text under the key 0 is shown
+     * and cannot be told from none; values of other types are left out; of rows with the same
+     * number the first one counts. [gui-thread] [nested] */
     int32_t (*popup)(VX3Dialog dialog, const VX3Container* menu, int32_t x, int32_t y);
 
     /* Opens a field for one line over a place of the screen, with all of its text selected,
@@ -63,8 +66,8 @@ typedef struct VX3MenuServices {
     void (*endPopupEdit)(VX3Bool cancel);
 
     /* Drags something, from a press that an area was just told of, until the button is let
-     * go or the user cancels. 0: the pointer stayed where it was. `data` is borrowed until
-     * the call returns. [gui-thread] [nested] */
+     * go or the user cancels. 0: the pointer stayed where it was, or is busy with a rubber band
+     * or a drag. `data` is borrowed until the call returns. [gui-thread] [nested] */
     VX3Bool (*drag)(VX3Area area, int32_t type, void* data);
     /* In a VX3_GUI_DRAG message: the pointer tells the user what a drop would do. A
      * VX3_CURSOR value. [gui-thread] */

@@ -2,7 +2,8 @@
  *
  * Rows are pointers of the module, which the host compares and hands back and never looks
  * into. It keeps them until `refresh`, which must follow every change of the tree, and
- * knows a row again by its id.
+ * knows a row again by its id. While it asks for rows (see gui.h), a call that needs them
+ * answers 0, and a `refresh` holds for the next time.
  */
 #ifndef VX3_GUITREE_H
 #define VX3_GUITREE_H
@@ -24,7 +25,7 @@ typedef struct VX3TreeTable {
     void* (*firstRoot)(void* object);                                /* [gui-thread] */
     void* (*firstChild)(void* object, void* row);                    /* [gui-thread] */
     void* (*next)(void* object, void* row);                          /* [gui-thread] */
-    void* (*previous)(void* object, void* row);                      /* [gui-thread] */
+    void* (*previous)(void* object, void* row);                      /* for hosts that keep no list of rows [gui-thread] */
     int32_t (*columnWidth)(void* object, void* row, int32_t column); /* [gui-thread] */
     int32_t (*rowHeight)(void* object, void* row);                   /* [gui-thread] */
     /* Draws one cell; its corner is that of `cell`. [gui-thread] */
@@ -45,25 +46,28 @@ typedef struct VX3TreeTable {
     void (*contextMenu)(void* object, void* row, VX3Container* menu);
     VX3Bool (*menuCommand)(void* object, void* row, int32_t command); /* 1: done; the host's otherwise [gui-thread] [nested] */
     void* (*makeDrag)(void* object, void* row);                       /* Data for a drag of `dragType`. [gui-thread] */
-    void (*freeDrag)(void* object, void* row, void* data);            /* `row` is none if it has gone. [gui-thread] */
-    VX3Bool (*doubleClick)(void* object, void* row);                  /* 1: done; opens or closes otherwise [gui-thread] [nested] */
-    VX3Bool (*deleteKey)(void* object);                               /* [gui-thread] [nested] */
+    /* When the drag is over, or before the tree leaves its gadget in the middle of it. `row` is
+     * none if it has gone. [gui-thread] */
+    void (*freeDrag)(void* object, void* row, void* data);
+    VX3Bool (*doubleClick)(void* object, void* row); /* 1: done; opens or closes otherwise [gui-thread] [nested] */
+    VX3Bool (*deleteKey)(void* object);              /* [gui-thread] [nested] */
 } VX3TreeTable;
 
 /* Entries of the host's own menu of a row: open all below it, close all. */
 enum { VX3_TREE_MENU_OPEN_ALL = 900000, VX3_TREE_MENU_CLOSE_ALL = 900001 };
 
 typedef struct VX3TreeServices {
-    /* Shows a tree in a gadget of the kind VX3_GADGET_TREE. `object` and `table` must live
-     * until the dialog closes. [gui-thread] */
+    /* Shows a tree in a gadget of the kind VX3_GADGET_TREE, in place of one that was there; 0
+     * while something is dragged out of that. `object` and `table` must live until another one is
+     * attached there, the gadget is flushed away, or the dialog has closed. [gui-thread] */
     VX3Bool (*attach)(VX3Dialog dialog, int32_t gadget, void* object, const VX3TreeTable* table);
     VX3Bool (*refresh)(VX3Dialog dialog, int32_t gadget);            /* Asks for all rows again, later. [gui-thread] */
     VX3Bool (*redraw)(VX3Dialog dialog, int32_t gadget);             /* The rows are the same and look different. [gui-thread] */
-    VX3Bool (*showRow)(VX3Dialog dialog, int32_t gadget, void* row); /* Scrolls to it. [gui-thread] */
+    VX3Bool (*showRow)(VX3Dialog dialog, int32_t gadget, void* row); /* Scrolls to it; may ask for rows. [gui-thread] */
     /* Place of a row on the screen, and how far it is indented; 0 if it is not to be seen.
-     * [gui-thread] */
+     * May ask for rows. [gui-thread] */
     VX3Bool (*getRowPlace)(VX3Dialog dialog, int32_t gadget, void* row, VX3Rectangle* place, int32_t* indent);
-    VX3Bool (*setFocusRow)(VX3Dialog dialog, int32_t gadget, void* row); /* [gui-thread] */
+    VX3Bool (*setFocusRow)(VX3Dialog dialog, int32_t gadget, void* row); /* Asks for its id. [gui-thread] */
 } VX3TreeServices;
 
 VX3_STATIC_ASSERT(sizeof(VX3TreeTable) == 23 * sizeof(void*), "laid out without gaps");

@@ -26,7 +26,7 @@ enum {
     VX3_GUI_WEIGHTS = 0x77436867,         /* 'wChg' the user moved a splitter; VX3_KEY_GADGET [P] */
     VX3_GUI_WINDOW_SIZE = 0x6641444A,     /* 'fADJ' new size of the window under the keys 3 and 4 [W] */
     VX3_GUI_HIDING = 0x76697346,          /* 'visF' about to be hidden or closed [P W] */
-    VX3_GUI_NAME = 0x63696E66,            /* 'cinf' set the name of the dialog's kind in the result, under 1 [W] */
+    VX3_GUI_NAME = 0x63696E66,            /* 'cinf' set the name of the dialog's kind in the result, under 1: see below [W] */
     VX3_GUI_INTERACTION = 0x696E7461,     /* 'inta' the user begins to change something [P] */
     VX3_GUI_INTERACTION_END = 0x696E7465, /* 'inte' [P] */
     VX3_GUI_LAYOUT_RESTORE = 0x6C617973,  /* 'lays' what a saved layout holds of this window: see below [W] */
@@ -38,7 +38,9 @@ enum {
 };
 
 /* Keys of messages. A saved layout of a window is a container under the key
- * VX3_GUI_LAYOUT_RESTORE, and in it under the window's id what the module stores. */
+ * VX3_GUI_LAYOUT_RESTORE, and in it under the window's id what the module stores. VX3_GUI_NAME
+ * is sent before a layout is saved and before a window is restored, also while it is closed:
+ * what was saved comes back only into a window of the same name. */
 enum { VX3_KEY_GADGET = 1, VX3_KEY_NAME = 1, VX3_KEY_WINDOW_WIDTH = 3, VX3_KEY_WINDOW_HEIGHT = 4 };
 
 /* Keys of a core message as a dialog receives it (message.h): the two values as int64,
