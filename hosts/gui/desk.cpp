@@ -154,11 +154,12 @@ bool Desk::AskAndClose(Dialog& window)
     });
 }
 
-void Desk::SaveLayout(VX3Container& layout)
+bool Desk::SaveLayout(VX3Container& layout)
 {
-    Safely([&] {
+    return Safely([&]() -> bool {
         const Busy busy(*state);
         SaveWindows(*state, layout);
+        return true;
     });
 }
 

@@ -44,7 +44,7 @@ public:
     std::vector<Dialog*> Windows() const;                 // open ones, in the order of opening
     Gadget* FindGadget(Dialog& dialog, int32_t id) const; // in it and in the dialogs inside it
     bool AskAndClose(Dialog& window);                     // as the user does; false if it stays
-    void SaveLayout(VX3Container& layout);                // places and contents of all open windows
+    bool SaveLayout(VX3Container& layout);                // places and contents of all open windows; false: not all
     void SetSavedLayout(const VX3Container& layout);      // for VX3DialogServices::restore
     std::u16string KindName(Dialog& window);              // as its module calls this kind of window; empty if it does not
     void Deliver();                                       // core messages and posted messages, at this moment
