@@ -29,6 +29,7 @@ public:
     void Line(gui::Point from, gui::Point to) override;
     void DrawBitmap(const VX3Bitmap* bitmap, const gui::Place& target, const gui::Place& source, bool usesAlpha) override;
     void DrawText(std::u16string_view text, gui::Point corner) override;
+    int Dots() const override { return qRound(whole.m11() * 100); }
 
 private:
     QRect DotsOf(const gui::Place& place) const;

@@ -47,7 +47,8 @@ public:
         combo->setEditable(gadget.Has(VX3_FLAG_EDIT));
         combo->setInsertPolicy(QComboBox::NoInsert);
         Own(combo);
-        QObject::connect(combo, &QComboBox::activated, combo, [this](int row) { Choose(row); });
+        QObject::connect(combo, &QComboBox::activated, combo,
+                         [this](int row) { toolkit.GetDesk().UserSetValue(gadget, combo->itemData(row).toInt()); });
         if (combo->isEditable())
             QObject::connect(combo->lineEdit(), &QLineEdit::textEdited, combo,
                              [this](const QString& text) { toolkit.GetDesk().UserSetText(gadget, ToUnits(text), false); });
@@ -75,13 +76,6 @@ public:
     }
 
 private:
-    // The text of the row stands in the field then; for the module it is one command.
-    void Choose(int row)
-    {
-        if (combo->isEditable())
-            gadget.text = ToUnits(combo->itemText(row));
-        toolkit.GetDesk().UserSetValue(gadget, combo->itemData(row).toInt());
-    }
     int RowOf(double value) const
     {
         const bool isNumber = value >= std::numeric_limits<int>::min() && value <= std::numeric_limits<int>::max();

@@ -152,7 +152,7 @@ bool QtDriver::CanUse(Gadget& gadget)
     QWidget* widget = !gadget.isGone && gadget.native ? NativeOf(gadget)->FocusWidget() : nullptr;
     if (widget && widget->isVisible())
         return true;
-    user.Fail(NameOf(gadget) + " is not to be seen");
+    user.Refuse(NameOf(gadget) + " is not to be seen");
     return false;
 }
 
@@ -160,7 +160,7 @@ void QtDriver::Activate(Dialog& window)
 {
     QWidget* top = WindowOf(window)->Frame()->QWidget::window();
     if (QApplication::activeModalWidget() && QApplication::activeModalWidget() != top)
-        return user.Fail("a modal window holds up the window");
+        return user.Refuse("a modal window holds up the window");
     if (QApplication::activeWindow() == top)
         return;
     top->activateWindow();
@@ -190,7 +190,8 @@ void QtDriver::Press(Gadget& gadget, Point at, Qt::MouseButton button, uint32_t 
     Activate(gadget.dialog->Window());
     const Spot spot = SpotOf(gadget, at);
     if (!spot.widget)
-        return user.Fail("the point " + std::to_string(at.x) + " " + std::to_string(at.y) + " of " + NameOf(gadget) + " is not to be seen");
+        return user.Refuse("the point " + std::to_string(at.x) + " " + std::to_string(at.y) + " of " + NameOf(gadget)
+                           + " is not to be seen");
     pointed = spot.widget->window()->windowHandle();
     time += isDouble ? 1 : longAgo;
     held.setFlag(button, true);
@@ -217,7 +218,7 @@ void QtDriver::Wheel(Gadget& gadget, Point at, int32_t value, uint32_t qualifier
 {
     const Spot spot = SpotOf(gadget, at);
     if (!spot.widget)
-        return user.Fail(NameOf(gadget) + " is not to be seen");
+        return user.Refuse(NameOf(gadget) + " is not to be seen");
     // Only wheels of the window system go on to the widgets around one that does not want it.
     QPointer<QWidget> widget = spot.widget;
     for (bool isWanted = false; widget && !isWanted; widget = widget && !widget->isWindow() ? widget->parentWidget() : nullptr) {
@@ -254,7 +255,7 @@ void QtDriver::Push(Gadget& gadget)
         return;
     const QWidget* widget = NativeOf(gadget)->FocusWidget();
     if (!widget->isEnabled())
-        return user.Fail(NameOf(gadget) + " is disabled");
+        return user.Refuse(NameOf(gadget) + " is disabled");
     const Point middle = ToPoint(widget->rect().center());
     Mouse(gadget, middle, VX3_CHANNEL_LEFT, 0, true, false);
     Mouse(gadget, middle, VX3_CHANNEL_LEFT, 0, false, false);
@@ -265,7 +266,7 @@ void QtDriver::SetValue(Gadget& gadget, double value)
     if (!CanUse(gadget))
         return;
     if (!headless::ChooseValue(desk, gadget, value))
-        user.Fail(NameOf(gadget) + " cannot be set to " + std::to_string(value));
+        user.Refuse(NameOf(gadget) + " cannot be set to " + std::to_string(value));
     if (!gadget.isGone && gadget.native)
         toolkit.ShowGadget(gadget, gui::Change::Value);
     Turn();
@@ -276,7 +277,7 @@ void QtDriver::SetText(Gadget& gadget, const std::u16string& text)
     if (!CanUse(gadget))
         return;
     if (!NativeOf(gadget)->EnterText(text))
-        user.Fail(NameOf(gadget) + " does not take the text");
+        user.Refuse(NameOf(gadget) + " does not take the text");
     Turn();
 }
 
@@ -288,7 +289,7 @@ void QtDriver::ChooseMenu(Dialog& window, int32_t id)
     if (action && action->isEnabled())
         action->trigger();
     else
-        user.Fail("the menu bar has no row " + std::to_string(id) + " to choose");
+        user.Refuse("the menu bar has no row " + std::to_string(id) + " to choose");
     Turn();
 }
 

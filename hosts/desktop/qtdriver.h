@@ -45,6 +45,7 @@ public:
     bool Shot(Dialog& window, const std::string& file) override;
     std::string DumpDisplayList(Dialog& window) override; // a failure: drawings are not kept
     std::string DumpMenu() override { return user.Shown(); }
+    bool TakeRefusal() override { return user.TakeRefusal(); }
 
 private:
     // What a point of a gadget is on the screen.

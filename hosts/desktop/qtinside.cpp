@@ -1,12 +1,11 @@
 // The inside of a window: what its gadgets leave over.
 #include <QApplication>
 #include <QDragEnterEvent>
-#include <QFile>
 #include <QKeyEvent>
 #include <QMimeData>
-#include <QUrl>
 
 #include "core/values.h"
+#include "qtfilenames.h"
 #include "qtgadget.h"
 #include "qttoolkit.h"
 #include "qtwindow.h"
@@ -14,20 +13,6 @@
 namespace vx3::desktop {
 
 namespace {
-
-// The bytes of the names; a URL knows them also where they are no UTF-8.
-std::vector<std::string> PathsOf(const QMimeData& data)
-{
-    std::vector<std::string> paths;
-    for (const QUrl& url : data.urls()) {
-        if (!url.isLocalFile())
-            continue;
-        const QByteArray bytes = QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
-        if (bytes.startsWith('/'))
-            paths.emplace_back(bytes.constData(), static_cast<size_t>(bytes.size()));
-    }
-    return paths;
-}
 
 // What can have the focus, in the order of the layout.
 std::vector<QWidget*> FocusOrder(Dialog& window)
@@ -117,11 +102,18 @@ void WindowInside::dragMoveEvent(QDragMoveEvent* event)
     if (!dialog || dragged.empty())
         return event->ignore();
     MoveDrag(*event);
-    core::Path path{ std::string_view(dragged.front()) };
-    const int32_t cursor = toolkit.GetDesk().MoveForeignDrag(draggedTo, dragQualifiers, VX3_DRAG_FILE, path.Get());
+    const int32_t cursor = CursorOfDrag();
     isWelcome = cursor == VX3_CURSOR_COPY || cursor == VX3_CURSOR_ACCEPT;
     AcceptCopy(*event);
     event->setAccepted(isWelcome);
+}
+
+int32_t WindowInside::CursorOfDrag()
+{
+    if (toolkit.IsDragOutside())
+        return toolkit.GetDesk().MoveDrag(draggedTo, dragQualifiers) ? toolkit.DragCursor() : VX3_CURSOR_REFUSED;
+    core::Path path{ std::string_view(dragged.front()) };
+    return toolkit.GetDesk().MoveForeignDrag(draggedTo, dragQualifiers, VX3_DRAG_FILE, path.Get());
 }
 
 void WindowInside::dragLeaveEvent(QDragLeaveEvent*)
@@ -133,9 +125,11 @@ void WindowInside::EndDrag()
 {
     if (!dialog || dragged.empty())
         return;
-    core::Path path{ std::string_view(dragged.front()) };
-    toolkit.GetDesk().EndForeignDrag(draggedTo, dragQualifiers, VX3_DRAG_FILE, path.Get(), false);
-    dragged.clear();
+    core::Path path{ std::string_view(std::exchange(dragged, {}).front()) };
+    if (toolkit.IsDragOutside())
+        toolkit.GetDesk().MoveDrag(ToPoint(toolkit.Pointer().Position()), dragQualifiers);
+    else
+        toolkit.GetDesk().EndForeignDrag(draggedTo, dragQualifiers, VX3_DRAG_FILE, path.Get(), false);
 }
 
 void WindowInside::dropEvent(QDropEvent* event)
@@ -146,6 +140,10 @@ void WindowInside::dropEvent(QDropEvent* event)
     }
     MoveDrag(*event);
     AcceptCopy(*event);
+    if (toolkit.IsDragOutside()) {
+        dragged.clear();
+        return toolkit.GetDesk().EndDrag(draggedTo, dragQualifiers, true);
+    }
     for (const std::string& file : std::exchange(dragged, {})) {
         core::Path path{ std::string_view(file) };
         if (dialog) // a drop may close it

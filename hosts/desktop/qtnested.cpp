@@ -1,10 +1,16 @@
 #include "qtnested.h"
 
-#include <QAction>
-#include <QEventLoop>
-#include <QGuiApplication>
-#include <QMenu>
+#include <optional>
 
+#include <QAction>
+#include <QApplication>
+#include <QDrag>
+#include <QEventLoop>
+#include <QMenu>
+#include <QMimeData>
+#include <QStyle>
+
+#include "qtfilenames.h"
 #include "qtmenus.h"
 #include "qtrubberband.h"
 #include "qttoolkit.h"
@@ -53,25 +59,52 @@ gui::Band Nested::TrackRubberBand(Gadget& area, Point start)
     return band.Run();
 }
 
+// A drag that carries files is handed to the window system when the pointer leaves all windows
+// of modules, so that it can be dropped on other programs. It may come back.
 void Nested::RunDrag(Gadget& area)
 {
+    gui::Desk& desk = toolkit.GetDesk();
     PointerChase chase(toolkit);
-    Scope scope(*this, Kind::Other, area.dialog->Window(), [&chase] { chase.Cancel(); });
+    Scope scope(*this, Kind::Other, area.dialog->Window(), [&] {
+        chase.Cancel();
+        if (isOutside)
+            QDrag::cancel();
+    });
     const QPoint from = chase.Position();
     bool isMoving = false;
+    std::optional<std::vector<std::string>> files; // asked for when the pointer leaves
     const auto moved = [&](QPoint screen, uint32_t qualifiers) {
         const bool isFar = (screen - from).manhattanLength() >= toolkit.DragDistance();
         if (!isMoving && isFar) {
             isMoving = true;
             QGuiApplication::setOverrideCursor(Qt::ForbiddenCursor); // until someone takes it
         }
-        if (isMoving && !toolkit.GetDesk().MoveDrag(ToPoint(screen), qualifiers))
+        if (isMoving && !desk.MoveDrag(ToPoint(screen), qualifiers))
+            return chase.Cancel();
+        if (!isMoving || files || toolkit.IsScripted() || toolkit.WindowAt(ToPoint(screen)))
+            return;
+        files = desk.DraggedFiles();
+        if (!files->empty())
             chase.Cancel();
     };
     const PointerChase::End end = chase.Run("a drag", moved);
     if (isMoving)
         QGuiApplication::restoreOverrideCursor();
-    toolkit.GetDesk().EndDrag(ToPoint(chase.Position()), chase.Qualifiers(), isMoving && end == PointerChase::End::Released);
+    if (files && !files->empty() && end == PointerChase::End::Cancelled)
+        DragOutside(*files);
+    desk.EndDrag(ToPoint(chase.Position()), chase.Qualifiers(), isMoving && end == PointerChase::End::Released);
+}
+
+// What happens over windows of modules goes through them (qtinside.cpp); a drop there has ended
+// the desk's drag by the time that this returns.
+void Nested::DragOutside(const std::vector<std::string>& files)
+{
+    auto* drag = new QDrag(QCoreApplication::instance()); // Qt deletes it; a window might go before it
+    drag->setMimeData(MimeOf(files).release());
+    drag->setPixmap(QApplication::style()->standardIcon(QStyle::SP_FileIcon).pixmap(toolkit.OwnMetrics().tabBar));
+    isOutside = true;
+    drag->exec(Qt::CopyAction);
+    isOutside = false;
 }
 
 int32_t Nested::RunPopup(Dialog& window, const std::vector<gui::MenuItem>& rows, Point screen)

@@ -22,6 +22,7 @@ public:
     void EndModal(const Dialog& window);
     gui::Band TrackRubberBand(Gadget& area, Point start);
     void RunDrag(Gadget& area);
+    bool IsDragOutside() const { return isOutside; } // the window system has the drag that began here
     int32_t RunPopup(Dialog& window, const std::vector<gui::MenuItem>& rows, Point screen);
 
     // Its rubber band, drag or popup menu ends as soon as the stack is back there.
@@ -45,8 +46,11 @@ private:
         Nested& nested;
     };
 
+    void DragOutside(const std::vector<std::string>& files);
+
     QtToolkit& toolkit;
     std::vector<Running> running;
+    bool isOutside = false;
 };
 
 } // namespace vx3::desktop

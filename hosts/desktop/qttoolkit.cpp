@@ -382,7 +382,8 @@ void QtToolkit::RunDrag(Gadget& area)
 
 void QtToolkit::ShowDragCursor(int32_t cursor)
 {
-    if (QGuiApplication::overrideCursor())
+    dragCursor = cursor;
+    if (QGuiApplication::overrideCursor() && !IsDragOutside())
         QGuiApplication::changeOverrideCursor(ShapeOf(cursor));
 }
 

@@ -83,6 +83,8 @@ public:
     QColor FrameColour() const;
     void DrawFrame(QPainter& painter, const QRect& place, bool hasFocus) const;
     void DrawFocus(QPainter& painter, const QRect& place) const;
+    bool IsDragOutside() const { return nested.IsDragOutside(); }
+    int32_t DragCursor() const { return dragCursor; } // what a drop would do, as the drag that began here was last told
     void Remember(QWidget& widget, Gadget& gadget);
     void Forget(QWidget& widget);
     bool OfferKey(const QKeyEvent& key) { return listener.offerKey && listener.offerKey(key); }
@@ -166,6 +168,7 @@ private:
     std::unordered_map<const QWidget*, Gadget*> gadgets;
     QObject connections; // whose end ends them
     bool hasCursor = false;
+    int32_t dragCursor = VX3_CURSOR_REFUSED;
     int placing = 0; // gadgets on the stack that get their place
 };
 

@@ -34,7 +34,8 @@ protected:
 
 private:
     void MoveDrag(QDropEvent& event);
-    void EndDrag(); // without a drop
+    int32_t CursorOfDrag(); // what a drop would do
+    void EndDrag();         // without a drop
 
     QtToolkit& toolkit;
     Dialog* dialog;                   // none: it is closed

@@ -108,7 +108,8 @@ bool StudioMemory::KeepWindows(gui::Desk& desk)
     if (folder.empty())
         return true;
     gui::ContainerValue layout;
-    desk.SaveLayout(*layout.Get());
+    if (!desk.SaveLayout(*layout.Get()))
+        return false;
     std::error_code failed;
     std::filesystem::create_directories(folder, failed);
     const std::string fresh = WindowsFile() + ".new";

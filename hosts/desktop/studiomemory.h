@@ -33,7 +33,7 @@ public:
     // Hands the desk what modules said, and answers whose windows it is of.
     std::vector<SavedWindow> RestoreWindows(gui::Desk& desk) const;
     void Keep(const QMainWindow& window, const StudioDocks& docks);
-    bool KeepWindows(gui::Desk& desk); // false if that could not be written
+    bool KeepWindows(gui::Desk& desk); // false if not all could be told or written: what was kept stays
 
 private:
     std::string WindowsFile() const { return folder + "/windows"; }

@@ -1,6 +1,7 @@
 #include "studiosession.h"
 
 #include <cstddef>
+#include <span>
 
 #include <unistd.h>
 
@@ -100,6 +101,7 @@ StudioSession::StudioSession(const StudioOptions& options)
     toolkit->SetDesk(desk.get());
     table = *host->Table();
     table.gui = gui::Desk::Services();
+    desk->SetFilesOfDrag([this](int32_t type, const void* data) { return FilesOfDrag(type, data); });
     HearOfFolders();
 }
 
@@ -179,6 +181,22 @@ Failure StudioSession::GoTo(const std::string& place)
         failure = { Exit::NotFound, "'" + place + "' cannot be shown" };
     browser->urls->destruct(&url);
     return failure;
+}
+
+std::vector<std::string> StudioSession::FilesOfDrag(int32_t type, const void* data) const
+{
+    if (!browser || type != VX3_DRAG_BROWSER)
+        return {};
+    const auto& drag = *static_cast<const VX3BrowserDrag*>(data);
+    std::vector<std::string> files;
+    for (VX3Node* node : std::span(drag.nodes, static_cast<size_t>(drag.count))) {
+        VX3Url url = {};
+        core::Path path;
+        if (browser->nodes->getUrl(node, &url, 0) && browser->urls->hasFile(&url) && browser->urls->getFile(&url, path.Get()))
+            files.push_back(path.Native());
+        browser->urls->destruct(&url);
+    }
+    return files;
 }
 
 bool StudioSession::RestoreWindow(int32_t id, int32_t subId)

@@ -72,6 +72,7 @@ public:
 private:
     Failure UrlOf(const std::string& place, VX3Url& url); // of one that is there; the caller destructs it
     core::HostSettings SettingsOf(const StudioOptions& options);
+    std::vector<std::string> FilesOfDrag(int32_t type, const void* data) const;
     void ShowText(const std::string& utf8);
     void HearOfFolders();
 

@@ -29,6 +29,7 @@ public:
     virtual void Line(Point from, Point to) = 0; // both ends included
     virtual void DrawBitmap(const VX3Bitmap* bitmap, const Place& target, const Place& source, bool usesAlpha) = 0;
     virtual void DrawText(std::u16string_view text, Point corner) = 0;
+    virtual int Dots() const { return 100; } // of the screen, for 100 pixels
 };
 
 } // namespace vx3::gui

@@ -216,6 +216,11 @@ double Desk::LongestEvent(std::string* what) const
     return state->watch.Longest(what);
 }
 
+void Desk::SetFilesOfDrag(FilesOfDrag wanted)
+{
+    state->filesOfDrag = std::move(wanted);
+}
+
 void Desk::ForgetLongestEvent()
 {
     state->watch.Forget();

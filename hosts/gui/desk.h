@@ -51,6 +51,9 @@ public:
     bool HasPosted() const;                               // something waits for Deliver
     void RunTimers();                                     // all that are due at toolkit.Now()
     uint64_t ThreadViolations() const;                    // calls from other threads than the main one
+    // What files the drag of a module's own type stands for, native bytes: other programs may take them.
+    using FilesOfDrag = std::function<std::vector<std::string>(int32_t type, const void* data)>;
+    void SetFilesOfDrag(FilesOfDrag wanted);
     // The longest time that one event of a user, one timer or one drawing took, in milliseconds, and its name.
     double LongestEvent(std::string* what = nullptr) const;
     void ForgetLongestEvent();
@@ -75,6 +78,7 @@ public:
     // Of RunDrag, from when the pointer has really moved. False: the drag has ended here.
     bool MoveDrag(Point screen, uint32_t qualifiers);
     void EndDrag(Point screen, uint32_t qualifiers, bool isDropped);
+    std::vector<std::string> DraggedFiles(); // of the drag that runs, for programs outside
     // A drag from outside: over a window, dropped there, or gone.
     int32_t MoveForeignDrag(Point screen, uint32_t qualifiers, int32_t type, void* data);
     void EndForeignDrag(Point screen, uint32_t qualifiers, int32_t type, void* data, bool isDropped);

@@ -48,9 +48,10 @@ struct Desk::State : TreeHost {
     std::vector<Gadget*> unsettledTrees;
     std::vector<Dialog*> cancellable; // those in which a rubber band, a drag or a popup menu runs
     PopupEdits popupEdits;
-    bool hasBand = false;     // a rubber band runs
-    DragRun drag;             // of an area or a tree
-    DragRun foreignDrag;      // from outside
+    bool hasBand = false; // a rubber band runs
+    DragRun drag;         // of an area or a tree
+    DragRun foreignDrag;  // from outside
+    FilesOfDrag filesOfDrag;
     DragRun* asked = nullptr; // the one whose message is being answered
     EventWatch watch;
     TextWidths widths;

@@ -114,6 +114,12 @@ uint32_t ColourAsNumber(int32_t number)
     return static_cast<uint32_t>(colour.red) << 16 | static_cast<uint32_t>(colour.green) << 8 | colour.blue;
 }
 
+int32_t Dots(VX3Canvas canvas)
+{
+    const CanvasCall call(canvas);
+    return call ? std::max(call.canvas->Dots(), 100) : 100;
+}
+
 } // namespace
 
 const VX3DrawServices* DrawServices()
@@ -121,7 +127,8 @@ const VX3DrawServices* DrawServices()
     static constexpr VX3DrawServices services = { guarded<SetClip>,   guarded<ClearClip>,      guarded<SetPen>,
                                                   guarded<SetPenRgb>, guarded<SetTextColours>, guarded<FillRectangle>,
                                                   guarded<DrawLine>,  guarded<DrawBitmap>,     guarded<DrawText>,
-                                                  guarded<TextWidth>, guarded<FontHeight>,     guarded<ColourAsNumber> };
+                                                  guarded<TextWidth>, guarded<FontHeight>,     guarded<ColourAsNumber>,
+                                                  guarded<Dots> };
     return &services;
 }
 

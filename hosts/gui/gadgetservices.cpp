@@ -132,10 +132,9 @@ VX3Bool SetValue(VX3Dialog dialog, int32_t id, double value)
         return 0;
     if (call.gadget->shape.kind == VX3_GADGET_TABS && AskScope::IsAsking())
         return 0;
-    const double clamped = ClampedValue(*call.gadget, value);
-    if (call.gadget->value == clamped)
+    if (call.gadget->value == ClampedValue(*call.gadget, value) && !IsWrittenInto(*call.gadget))
         return 1;
-    call.gadget->value = clamped;
+    TakeValue(*call.gadget, value);
     Show(*call.desk, *call.gadget, Change::Value);
     if (call.gadget->shape.kind == VX3_GADGET_TABS)
         Relayout(*call.desk, call.dialog->Window());

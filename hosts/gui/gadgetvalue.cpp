@@ -70,4 +70,14 @@ double ClampedValue(const Gadget& gadget, double value)
     }
 }
 
+void TakeValue(Gadget& gadget, double value)
+{
+    gadget.value = ClampedValue(gadget, value);
+    if (gadget.shape.kind != VX3_GADGET_COMBO || !IsWrittenInto(gadget))
+        return;
+    for (const ComboRow& row : gadget.rows)
+        if (!row.text.empty() && row.value == static_cast<int32_t>(gadget.value))
+            gadget.text = row.text;
+}
+
 } // namespace vx3::gui

@@ -13,4 +13,7 @@ bool HasRange(const Gadget& gadget);
 // The nearest value that the gadget can have.
 double ClampedValue(const Gadget& gadget, double value);
 
+// Gives it that value; one that the user writes into shows the text of the row from then on.
+void TakeValue(Gadget& gadget, double value);
+
 } // namespace vx3::gui

@@ -2,6 +2,7 @@
 #include <cmath>
 
 #include "core/registry.h"
+#include "core/values.h"
 #include "gui/canvasscope.h"
 #include "gui/dialoglife.h"
 #include "gui/focus.h"
@@ -160,8 +161,8 @@ void Desk::UserSetValue(Gadget& gadget, double value, bool isDragged)
         const Busy busy(*state);
         if (!IsUsable(gadget) || !HasValue(gadget) || !std::isfinite(value))
             return;
-        gadget.value = ClampedValue(gadget, value);
-        if (gadget.value != value)
+        TakeValue(gadget, value);
+        if (gadget.value != value || IsWrittenInto(gadget))
             Show(*state, gadget, Change::Value);
         if (gadget.shape.kind == VX3_GADGET_TABS)
             Relayout(*state, gadget.dialog->Window());
@@ -321,6 +322,19 @@ void Desk::EndDrag(Point screen, uint32_t qualifiers, bool isDropped)
     Safely([&] {
         const Busy busy(*state);
         FinishDrag(*state, state->drag, { screen, qualifiers }, isDropped);
+    });
+}
+
+std::vector<std::string> Desk::DraggedFiles()
+{
+    return Safely([&]() -> std::vector<std::string> {
+        const Busy busy(*state);
+        const DragRun& run = state->drag;
+        if (!run.isRunning || !run.data)
+            return {};
+        if (run.type == VX3_DRAG_FILE)
+            return { core::NativeBytes(*static_cast<const VX3Path*>(run.data)) };
+        return state->filesOfDrag ? state->filesOfDrag(run.type, run.data) : std::vector<std::string>();
     });
 }
 

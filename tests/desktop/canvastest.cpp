@@ -108,7 +108,10 @@ TEST_P(CanvasTest, BitmapsOfTheRightSizeStaySharp)
             const uint8_t pixel[] = { shade, shade, shade, 255 };
             bitmaps.writePixels(board, x, y, 1, pixel);
         }
-    Draw([&](QtCanvas& canvas) { canvas.DrawBitmap(board, { 5, 5, 8, 8 }, { 0, 0, dots, dots }, true); });
+    Draw([&](QtCanvas& canvas) {
+        EXPECT_EQ(8 * canvas.Dots(), 100 * dots);
+        canvas.DrawBitmap(board, { 5, 5, 8, 8 }, { 0, 0, dots, dots }, true);
+    });
     EXPECT_EQ(Touched(), QRect(Dots(8), Dots(7), dots, dots));
     for (int y = 0; y < dots; ++y)
         for (int x = 0; x < dots; ++x)

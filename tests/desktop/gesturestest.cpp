@@ -1,24 +1,18 @@
 // What a user does in windows of Qt with no script around: nested loops run by themselves,
 // and the time is that of the machine.
-#include <chrono>
-
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QDropEvent>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMimeData>
 #include <QPaintEvent>
 #include <QSlider>
-#include <QTimer>
-#include <QUrl>
 
 #include "desktop/qtgadget.h"
 #include "desktop/qtlook.h"
 #include "desktop/qtsurface.h"
 #include "desktop/qtwindow.h"
-#include "qtfixture.h"
+#include "gesturefixture.h"
 
 namespace {
 
@@ -26,46 +20,6 @@ using namespace vx3::tests;
 using vx3::gui::Change;
 using vx3::gui::Gadget;
 using vx3::gui::Point;
-
-class GesturesTest : public QtTest
-{
-protected:
-    enum Page { Fields, Areas, Tree, Dialogs };
-
-    GesturesTest()
-    {
-        EXPECT_TRUE(gallery->Open());
-        LetGo();
-    }
-
-    // Goes on with the main loop for as long as something waits.
-    static void LetGo()
-    {
-        for (int turn = 0; turn < 20; ++turn)
-            QCoreApplication::processEvents();
-        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    }
-    static bool WaitFor(const std::function<bool()>& isThere)
-    {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
-        while (!isThere() && std::chrono::steady_clock::now() < end)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
-        return isThere();
-    }
-    // While a nested loop runs in the call that follows.
-    static void Later(const std::function<void()>& deed) { QTimer::singleShot(30, qApp, deed); }
-
-    vx3::gui::Dialog& Window() { return *desk.Windows().front(); }
-    Gadget& Find(int32_t id) { return *desk.FindGadget(Window(), id); }
-    QWidget& WidgetOf(int32_t id) { return *vx3::desktop::NativeOf(Find(id))->FocusWidget(); }
-    void ShowPage(Page page)
-    {
-        desk.UserSetValue(Find(idTabs), page);
-        LetGo();
-        Heard();
-    }
-    std::string Heard() { return gallery->Dump("list"); }
-};
 
 TEST_F(GesturesTest, AFineWheelMovesByWhatItTurnsAndTheModuleHearsOfWholeNotches)
 {
@@ -239,63 +193,6 @@ TEST_F(GesturesTest, APopupEditEndsWithTheFocusAndGivesItBack)
     QCoreApplication::sendEvent(field, &escape);
     EXPECT_EQ(QApplication::focusWidget(), before);
     EXPECT_NE(Heard().find("popup edit cancelled"), std::string::npos);
-}
-
-TEST_F(GesturesTest, FilesOfOtherProgramsAreDroppedOneByOne)
-{
-    ShowPage(Areas);
-    const QUrl plain(QStringLiteral("file:///tmp/a.png"));
-    const QUrl odd = QUrl::fromEncoded("file:///tmp/b%80%20c.png"); // a name that is no UTF-8
-    QMimeData data;
-    data.setUrls({ plain, QUrl(QStringLiteral("https://example.org/c.png")), odd });
-    QWidget& inside = *vx3::desktop::WindowOf(Window())->Inside();
-    QWidget& area = WidgetOf(idDropArea);
-    const QPoint at = area.mapTo(&inside, QPoint(10, 12));
-    QDragEnterEvent enter(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&inside, &enter);
-    EXPECT_TRUE(enter.isAccepted());
-    QDragMoveEvent move(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&inside, &move);
-    EXPECT_TRUE(move.isAccepted());
-    EXPECT_EQ(move.dropAction(), Qt::CopyAction);
-    QDropEvent drop(at, Qt::CopyAction | Qt::MoveAction, &data, Qt::LeftButton, Qt::NoModifier);
-    QCoreApplication::sendEvent(&inside, &drop);
-    EXPECT_EQ(Heard(),
-              "window: drag 202 over gadget 43 at 10 12 qualifiers 0\n"
-              "window: drag 202 dropped gadget 43 at 10 12 qualifiers 0\n"
-              "window: drag 202 dropped gadget 43 at 10 12 qualifiers 0\n");
-    EXPECT_EQ(drop.dropAction(), Qt::CopyAction);
-}
-
-TEST_F(GesturesTest, AProgramThatMovesItsFilesHearsOfACopyAndOfNothingWhereTheyAreRefused)
-{
-    ShowPage(Areas);
-    QMimeData data;
-    data.setUrls({ QUrl(QStringLiteral("file:///tmp/a.png")) });
-    QWidget& inside = *vx3::desktop::WindowOf(Window())->Inside();
-    const struct {
-        int32_t id;
-        Qt::DropActions offered;
-        bool isTaken;
-    } rows[] = {
-        { idDropArea, Qt::CopyAction | Qt::MoveAction, true },
-        { idBandArea, Qt::CopyAction | Qt::MoveAction, false },
-        { idDropArea, Qt::MoveAction, false },
-    };
-    for (const auto& row : rows) {
-        const QPoint at = WidgetOf(row.id).mapTo(&inside, QPoint(10, 12));
-        QDragEnterEvent enter(at, row.offered, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(&inside, &enter);
-        QDragMoveEvent move(at, row.offered, &data, Qt::LeftButton, Qt::NoModifier);
-        QCoreApplication::sendEvent(&inside, &move);
-        EXPECT_EQ(move.isAccepted(), row.isTaken) << row.id;
-        QDropEvent drop(at, row.offered, &data, Qt::LeftButton, Qt::NoModifier);
-        drop.setDropAction(Qt::MoveAction);
-        QCoreApplication::sendEvent(&inside, &drop);
-        EXPECT_EQ(drop.isAccepted(), row.isTaken) << row.id;
-        EXPECT_FALSE(drop.isAccepted() && drop.dropAction() == Qt::MoveAction);
-        EXPECT_EQ(Heard().find("dropped") != std::string::npos, row.isTaken) << row.id;
-    }
 }
 
 TEST_F(GesturesTest, ARowOfAFreeComboIsChosenWithOneCommandAndItsTextIsTheGadgets)

@@ -11,7 +11,8 @@ import tempfile
 import time
 
 PROGRAM = os.environ.get("VX3_STUDIO", "vx3-studio")
-SECONDS = 25  # nothing takes longer unless it hangs
+DROP_TARGET = os.environ.get("VX3_DROP_TARGET", "droptarget")
+SECONDS = 60  # nothing takes longer unless it hangs
 SIZE = (1280, 900)
 BASE = 0xFFFFFF  # the ground of lists in light colours
 GAP = 6  # pixels between two signs or words of a row
@@ -138,6 +139,25 @@ class Screen:
         title = re.search(r'Window id: \S+ "(.*)"', text)
         isMenu = "Override Redirect State: yes" in text
         return Window(number, title.group(1) if title else "", Box(*(int(one.group(1)) for one in places)), isMenu)
+
+
+class DropTarget:
+    """Another program, which takes files."""
+
+    def __init__(self, screen):
+        self.screen = screen
+        self.process = subprocess.Popen([DROP_TARGET], env=screen.environment, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE,
+                                        stderr=subprocess.DEVNULL)
+
+    def middle(self):
+        numbers = wait_for("the drop target", lambda: self.screen.ask("xdotool", "search", "--onlyvisible", "--name", "^drop target$").split())
+        box = wait_for("its place", lambda: self.screen.window(numbers[0])).box
+        return box.x + box.width // 2, box.y + box.height // 2
+
+    def end(self):
+        """The files that were dropped."""
+        self.process.terminate()
+        return self.process.communicate(timeout=SECONDS)[0].decode().splitlines()
 
 
 def runs(values):

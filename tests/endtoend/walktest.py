@@ -224,6 +224,37 @@ class WalkTest(case.Case):
         self.screen.key("alt+F4")
         wait_for("one window", lambda: len(self.screen.windows()) == 1)
 
+    def test_files_are_dragged_to_another_program_and_past_it(self):
+        self.open_top()
+        main = self.studio.main()
+        self.screen.do("windowsize", main.number, 900, 640, "windowmove", main.number, 300, 100)
+        wait_for("the new size", lambda: self.studio.main().box[2:] == (900, 640))
+        self.studio.measure()
+        self.clear()
+        other = screen.DropTarget(self.screen)
+        self.addCleanup(other.process.kill)
+        target = other.middle()
+        self.click(3)
+        with self.screen.held("ctrl"):
+            self.click(5)
+        self.drag(5, target)
+        self.drag(5, target, self.studio.point(1))
+        self.assertEqual(other.end(), [self.path(NAMES[3]), self.path(NAMES[5])])
+        self.quit()
+
+    def drag(self, index, *places):
+        """Slowly enough for two programs to talk about it, and not where the click was, which were a double one."""
+        x, y = self.studio.point(index)
+        x, y = x + 9, y + 9
+        self.screen.do("mousemove", x, y, "mousedown", 1)
+        last = x, y
+        for place in places:
+            steps = [(last[0] + (place[0] - last[0]) * step // 20, last[1] + (place[1] - last[1]) * step // 20) for step in range(1, 21)]
+            for step in steps:
+                self.screen.do("mousemove", *step, "sleep", 0.02)
+            last = place
+        self.screen.do("sleep", 0.3, "mouseup", 1, "sleep", 0.3)
+
     # --- Files change from outside while the user is in the middle of something ---
 
     def disturb(self):

@@ -284,6 +284,26 @@ TEST_F(DeskDrag, GoesToTheDialogUnderThePointer)
     EXPECT_TRUE(hasMoved);
 }
 
+TEST_F(DeskDrag, OtherProgramsGetFilesOfWhatCarriesSome)
+{
+    using Files = std::vector<std::string>;
+    const auto filesOf = [this](int32_t dragged, void* carried) {
+        Files files;
+        area.on["input"] = [=, this] { Menus().drag(area.handle, dragged, carried); };
+        RunDrag([&] { files = desk.DraggedFiles(); });
+        return files;
+    };
+    core::Path path("/tmp/one file");
+    EXPECT_EQ(filesOf(VX3_DRAG_FILE, path.Get()), Files{ "/tmp/one file" });
+    EXPECT_EQ(filesOf(VX3_DRAG_BROWSER, &data), Files{}) << "nobody knows what it is";
+    desk.SetFilesOfDrag([this](int32_t asked, const void* carried) {
+        return asked == VX3_DRAG_BROWSER && carried == &data ? Files{ "a", "b" } : Files{};
+    });
+    EXPECT_EQ(filesOf(VX3_DRAG_BROWSER, &data), (Files{ "a", "b" }));
+    EXPECT_EQ(filesOf(VX3_DRAG_OBJECTS, &data), Files{});
+    EXPECT_EQ(desk.DraggedFiles(), Files{}) << "nothing is dragged";
+}
+
 TEST_F(DeskDrag, FindsWhatIsSeenThroughAScrollGroup)
 {
     enum : int32_t { Scroll = 40, Column = 41, Upper = 42, Lower = 43 };

@@ -128,6 +128,7 @@ inline void FakeGui::FillDrawing()
     };
     draw.textWidth = [](VX3Canvas, const VX3Unit*, int32_t count) -> int32_t { return 7 * count; };
     draw.fontHeight = [](VX3Canvas) -> int32_t { return 13; };
+    draw.dots = [](VX3Canvas) -> int32_t { return 100; };
 }
 
 inline void FakeGui::FillMenus()

@@ -38,6 +38,13 @@ typedef struct VX3Url {
     VX3String text;
 } VX3Url;
 
+/* The data of a drag of the type VX3_DRAG_BROWSER (guimenu.h), borrowed while it goes on. */
+typedef struct VX3BrowserDrag {
+    int32_t count;
+    VX3Node* const* nodes; /* `count` of them */
+    const void* source;    /* the pane that it began in: to be compared only, since its window may close meanwhile */
+} VX3BrowserDrag;
+
 /* Attribute bits of a node. Links are those of catalogs: a link of the file system shows
  * what it leads to. */
 #define VX3_NODE_FOLDER 0x1u

@@ -28,7 +28,7 @@ enum {
     VX3_MESSAGE_ALL_LOADED = 1000,    /* all modules are up */
     VX3_MESSAGE_RUN_TIMING = 1001084, /* heeded, and answered with -1; data: const uint32_t*, 0 at the start of the run */
     VX3_MESSAGE_VOLUME = 1001190,     /* data: const VX3VolumeChange*, may be none */
-    VX3_MESSAGE_ENDING = 200000272    /* the host is ending */
+    VX3_MESSAGE_ENDING = 200000272    /* the host is ending; not from inside a call of the module */
 };
 
 /* Data of VX3_MESSAGE_RESOURCES: the host sets `pending`, and the module clears it once

@@ -33,8 +33,11 @@ typedef struct VX3DrawServices {
     int32_t (*fontHeight)(VX3Canvas canvas);                                     /* [gui-thread] */
     /* A colour of the palette as 0xRRGGBB. [gui-thread] */
     uint32_t (*colour)(int32_t number);
+    /* How many dots of the screen 100 pixels are, at least 100: a bitmap with as many dots as
+     * its rectangle looks sharp. 100 outside a drawing. [gui-thread] */
+    int32_t (*dots)(VX3Canvas canvas);
 } VX3DrawServices;
 
-VX3_STATIC_ASSERT(sizeof(VX3DrawServices) == 12 * sizeof(void*), "laid out without gaps");
+VX3_STATIC_ASSERT(sizeof(VX3DrawServices) == 13 * sizeof(void*), "laid out without gaps");
 
 #endif

@@ -70,6 +70,11 @@ void Canvas::DrawText(Units text, Point corner) const
     host->gui->draw->drawText(canvas, text.data(), static_cast<int32_t>(text.size()), corner.x, corner.y);
 }
 
+int32_t Canvas::DotsFor(int32_t pixels) const
+{
+    return static_cast<int32_t>((int64_t(pixels) * host->gui->draw->dots(canvas) + 50) / 100);
+}
+
 int32_t Canvas::TextWidth(Units text) const
 {
     return host->gui->draw->textWidth(canvas, text.data(), static_cast<int32_t>(text.size()));

@@ -33,6 +33,7 @@ public:
     void DrawText(Units text, Point corner) const;
     int32_t TextWidth(Units text) const;
     int32_t FontHeight() const;
+    int32_t DotsFor(int32_t pixels) const; // of the screen
 
 private:
     VX3Canvas canvas = 0;

@@ -33,9 +33,11 @@ void BrowserDialog::GoTo(ContentRef node, const Going& going)
     if (!(node == currentNode))
         panesAreStale = true;
     SetCurrentNode(std::move(node));
-    (void)history.Push(currentUrl.GetText()); // Without memory there is no way back.
+    const bool hasUrl = !currentNode || !currentUrl.GetText().IsEmpty();
+    if (hasUrl) // Without memory there is no way back.
+        (void)history.Push(currentUrl.GetText());
     ShowPossibleSteps();
-    if (!fixedUrl)
+    if (hasUrl && !fixedUrl)
         RememberPlace();
     if (going.force)
         ReadAgain();

@@ -71,7 +71,7 @@ void IconPainter::Draw(const Canvas& canvas, const ContentViewEntry& entry, cons
 
 void IconPainter::DrawPicture(const Canvas& canvas, BrowserContentNode& node, Point cell) const
 {
-    const ShownPicture picture(node, metrics.PictureSide());
+    const ShownPicture picture(node, canvas.DotsFor(metrics.PictureSide()));
     if (!picture.Bitmap())
         return;
     const Size drawn = metrics.FitPicture(picture.BitmapSize(), picture.MayStaySmall());
