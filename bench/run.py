@@ -8,11 +8,14 @@ that all meet the same state of the machine. A goal is a ratio of two figures of
 rounds; figures of different runs are never compared. Ends with 1 if a goal is missed or could not be measured.
 """
 import argparse
+import contextlib
 import json
 import os
+import shutil
 import statistics
 import subprocess
 import sys
+import tempfile
 import time
 from dataclasses import dataclass
 
@@ -20,6 +23,7 @@ import makedata
 
 GROUPS = ("list", "walk", "view", "lists", "grid", "start", "index", "growth")
 ALL = "listing"
+PATIENCE = 600  # seconds, after which a contender hangs
 
 OURS = "vx3"
 BARE = "bare loop"
@@ -85,9 +89,11 @@ class Contender:
     timed: str = ""
 
     def Run(self):
-        environment = dict(os.environ, LC_ALL="C.UTF-8", TZ="UTC", QT_QPA_PLATFORM="offscreen", QT_LOGGING_RULES="*.warning=false")
+        environment = dict(os.environ, LC_ALL="C.UTF-8", TZ="UTC", QT_LOGGING_RULES="*.warning=false")
+        environment["QT_QPA_PLATFORM"] = "xcb" if self.group == "start" else "offscreen"
         start = time.monotonic()
-        done = subprocess.run(self.command, env=environment, stdout=subprocess.DEVNULL if self.timed else subprocess.PIPE, text=True)
+        output = subprocess.DEVNULL if self.timed else subprocess.PIPE
+        done = subprocess.run(self.command, env=environment, stdout=output, text=True, timeout=PATIENCE)
         taken = time.monotonic() - start
         if done.returncode:
             raise RuntimeError(f"{self.name} ended with {done.returncode}")
@@ -129,6 +135,21 @@ def ListContenders(program, data):
     yield Contender("growth", OURS, [program, "growth"])
 
 
+@contextlib.contextmanager
+def Display(wanted):
+    """An X server that shows nothing to anybody: what a start costs a user is measured as he has it. False: there is none."""
+    if not wanted or not shutil.which("Xvfb"):
+        yield False
+        return
+    ours, theirs = os.pipe()
+    with subprocess.Popen(["Xvfb", "-displayfd", str(theirs), "-screen", "0", "1920x1200x24"], stderr=subprocess.DEVNULL, pass_fds=[theirs]) as server:
+        os.close(theirs)
+        with open(ours, encoding="ascii") as number:
+            os.environ["DISPLAY"] = ":" + number.readline().strip()
+        yield True
+        server.terminate()
+
+
 def RunRound(contenders):
     figures = {}
     for contender in contenders:
@@ -163,12 +184,11 @@ def PrintTable(rows):
 
 
 def ReadArguments():
-    cache = os.environ.get("XDG_CACHE_HOME") or os.path.expanduser("~/.cache")
     parser = argparse.ArgumentParser(description="Measures the browser beside what one would take instead.")
     parser.add_argument("program", help="vx3-bench, with its comparators beside it")
     parser.add_argument("groups", nargs="*", metavar="GROUP", help=f"{ALL} (all of them, the default), {', '.join(GROUPS)}")
     parser.add_argument("--rounds", type=int, default=5, help="how often each contender runs (5)")
-    parser.add_argument("--data", default=os.path.join(cache, "vx3-bench"), help="where the files to list are made once and kept")
+    parser.add_argument("--data", default=os.path.join(tempfile.gettempdir(), "vx3-bench"), help="where the files to list are made once and kept; nothing hidden, which the browser does not show")
     parser.add_argument("--json", help="writes the figures of all rounds there")
     arguments = parser.parse_args()
     unknown = set(arguments.groups) - set(GROUPS) - {ALL}
@@ -181,8 +201,16 @@ def ReadArguments():
 
 def Main():
     arguments = ReadArguments()
-    if {"list", "walk"} & set(arguments.groups):
+    if {"list", "walk", "grid", "start"} & set(arguments.groups):
         makedata.Provide(arguments.data)
+    with Display("start" in arguments.groups) as hasDisplay:
+        if "start" in arguments.groups and not hasDisplay:
+            print("No Xvfb: the start is not measured", file=sys.stderr)
+            arguments.groups.remove("start")
+        return Measure(arguments)
+
+
+def Measure(arguments):
     contenders = []
     for contender in ListContenders(arguments.program, arguments.data):
         if contender.group not in arguments.groups:

@@ -42,16 +42,12 @@ Failure FindModule(const StudioOptions& options, std::string& file)
     return { Exit::NotFound, "the browser module was not found at '" + candidates.front() + "'; give it with --module" };
 }
 
-bool IsThere(const VX3Browser& browser, const std::string& place)
+bool IsInTree(const VX3Browser& browser, VX3Url& url)
 {
-    VX3Url url = {};
-    const core::Text text(place);
-    browser.urls->setText(&url, text.Get());
     VX3Node* node = nullptr;
     browser.tree->findNodeByUrl(&url, VX3_FIND_PLAIN | VX3_FIND_POPULATE, nullptr, &node);
     const bool isThere = node != nullptr;
     browser.references->release(node);
-    browser.urls->destruct(&url);
     return isThere;
 }
 
@@ -177,8 +173,8 @@ Failure StudioSession::GoTo(const std::string& place)
         return OpenPlace(place);
     VX3Url url = {};
     Failure failure = UrlOf(place, url);
-    if (!failure && !browser->tools->goTo(windowInFront, browser->urls->getText(&url)))
-        failure = { Exit::NotFound, "'" + place + "' cannot be shown" };
+    if (!failure) // what cannot be shown leaves the window where it was
+        browser->tools->goTo(windowInFront, browser->urls->getText(&url));
     browser->urls->destruct(&url);
     return failure;
 }
@@ -209,12 +205,14 @@ Failure StudioSession::UrlOf(const std::string& place, VX3Url& url)
 {
     if (IsUrl(place)) {
         browser->urls->setText(&url, core::Text(place).Get());
-        return IsThere(*browser, place) ? Failure() : Failure{ Exit::NotFound, "'" + place + "' is not there" };
+        return IsInTree(*browser, url) ? Failure() : Failure{ Exit::NotFound, "'" + place + "' is not there" };
     }
     const std::string path = AbsolutePath(place);
     if (access(path.c_str(), F_OK) != 0)
         return { Exit::NotFound, "'" + path + "' is not there" };
     browser->urls->setFile(&url, core::Path(std::string_view(path)).Get());
+    if (!IsInTree(*browser, url))
+        console.Add("'" + path + "' is hidden or lies below a hidden folder: the browser does not show it");
     return {};
 }
 
