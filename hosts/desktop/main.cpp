@@ -3,6 +3,7 @@
 
 #include <QFile>
 #include <QIcon>
+#include <QTimer>
 
 #include "qtapplication.h"
 #include "studioruns.h"
@@ -34,7 +35,8 @@ void SetUpApplication(const StudioOptions& options)
     QApplication::setApplicationVersion(QStringLiteral(VX3_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("vx3-studio"));
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setWindowIcon(QIcon(QStringLiteral(":/vx3-studio.svg")));
+    // Behind the first painting, since its reader is a library of its own.
+    QTimer::singleShot(0, qApp, [] { QApplication::setWindowIcon(QIcon(QStringLiteral(":/vx3-studio.svg"))); });
     SetLook(options.brightness);
 }
 
