@@ -41,6 +41,26 @@ public:
     void Clear() { host->container->clear(&value); }
     int32_t Count() const { return host->container->count(&value); }
 
+    int32_t GetId() const { return host->container->getId(&value); }
+    bool SetId(int32_t id) { return host->container->setId(&value, id); }
+    BaseContainer* FindContainer(int32_t key) { return Of(host->container->getContainer(&value, key)); }
+    // The nested container, made empty if there is none; none without memory.
+    BaseContainer* DemandContainer(int32_t key)
+    {
+        if (BaseContainer* nested = FindContainer(key))
+            return nested;
+        return host->container->setContainer(&value, key, nullptr) ? FindContainer(key) : nullptr;
+    }
+    bool Has(int32_t key) const { return TypeOf(key) != VX3_VALUE_NONE; }
+    int32_t TypeOf(int32_t key) const { return host->container->typeOf(&value, key); }
+    bool Remove(int32_t key) { return host->container->remove(&value, key); }
+    bool SetInt64(int32_t key, int64_t number) { return host->container->setInt64(&value, key, number); }
+    bool SetBool(int32_t key, bool truth) { return host->container->setBool(&value, key, truth); }
+    // Key and type of the entry at a place from 0 to Count() - 1.
+    bool EntryAt(int32_t place, int32_t& key, int32_t& type) const { return host->container->entryAt(&value, place, &key, &type); }
+
+    void Swap(BaseContainer& other) noexcept { std::swap(value, other.value); }
+
 private:
     VX3Container value = {};
 };

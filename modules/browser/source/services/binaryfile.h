@@ -24,7 +24,16 @@ public:
         return file
             && host->file->open(file, path.Value(), static_cast<int32_t>(mode), false, VX3_ORDER_BIG, VX3_FILE_TYPE, VX3_FILE_CREATOR);
     }
+    // False if anything written was lost; a file that is not open is fine.
+    [[nodiscard]] bool Close() { return file && host->file->close(file); }
     [[nodiscard]] int64_t Read(void* bytes, int64_t length) { return host->file->read(file, bytes, length); }
+    [[nodiscard]] bool ReadWord(uint32_t& word) { return host->file->readInt32(file, &word); }
+    [[nodiscard]] bool Write(const void* bytes, int64_t length) { return host->file->write(file, bytes, length); }
+    [[nodiscard]] bool WriteWord(uint32_t word) { return host->file->writeInt32(file, word); }
+    bool IsUsable() const { return Position() >= 0; } // open, and no call has failed
+    [[nodiscard]] bool SeekTo(int64_t offset) { return host->file->seek(file, offset, VX3_SEEK_ABSOLUTE); }
+    int64_t Position() const { return host->file->position(file); }
+    int64_t Length() const { return host->file->length(file); }
 
 private:
     VX3BinaryFile* file;

@@ -1,0 +1,294 @@
+#include "storage/browserdatabase.h"
+
+#include "services/resources.h"
+#include "storage/libraryflush.h"
+#include "storage/libraryload.h"
+#include "storage/librarynames.h"
+#include "storage/libraryrewrite.h"
+#include "storage/librarytable.h"
+#include "storage/libraryupgrade.h"
+
+namespace browser {
+
+namespace {
+
+constexpr LockRank rank = LockRank::Library;
+
+// Where payloads go that are not in the file. Made if it is not there.
+bool FindImageFolder(const FilePath& file, const String& subFolder, FilePath& folder)
+{
+    if (!file.GetDirectory(folder) || !(subFolder.IsEmpty() ? folder.Append("image") : folder.Append(subFolder)))
+        return false;
+    return host->folder->exists(folder.Value()) || host->folder->createFolder(folder.Value());
+}
+
+} // namespace
+
+BrowserDatabase::BrowserDatabase(const FilePath& path, const String& subFolder, uint32_t flags)
+{
+    (void)state.filePath.Set(path);
+    state.dataInFile = (flags & LibraryExternal) == 0;
+    if (!state.dataInFile && !FindImageFolder(path, subFolder, state.imagePath))
+        state.imagePath.Clear();
+    state.stamp = StampOf(path);
+    if (host->run->edition(VX3_EDITION_LIBRARIES_FIXED, nullptr) && (flags & LibraryMain) == 0)
+        state.readOnly = state.protectedLibrary = true;
+    state.slot = TakeSlot(*this, flags); // others see it from here on
+}
+
+// Nobody finds it or its items any more; then the last handles go, and then the items.
+BrowserDatabase::~BrowserDatabase()
+{
+    const int32_t slot = GetSlot();
+    GiveSlot(slot);
+    {
+        const WriteGuard guard(lock, rank);
+        state.slot = noSlot;
+        for (size_t place = 0; place < state.items.PlaceCount(); place++)
+            if (ItemRecord* record = state.items.At(place))
+                UnindexItem(*record);
+    }
+    WaitForHandles();
+    state.items.Clear();
+    if (slot != noSlot)
+        FreeTableIfEmpty();
+}
+
+// Handles are short-lived; one that is held by another thread is given back soon.
+void BrowserDatabase::WaitForHandles()
+{
+    while (handles.load(std::memory_order_acquire) > 0)
+        host->thread->sleep(1);
+}
+
+void BrowserDatabase::NoteChanged(ItemRecord& record)
+{
+    record.isChanged = true;
+    state.dirty = true;
+    state.items.NoteChanged(record);
+}
+
+// --- The file ---
+
+bool BrowserDatabase::CreateEmptyFile()
+{
+    const WriteGuard guard(lock, rank);
+    return browser::CreateEmptyFile(state);
+}
+
+bool BrowserDatabase::Load()
+{
+    {
+        const WriteGuard guard(lock, rank);
+        if (!ScanLibrary(state, this))
+            return false;
+    }
+    String suffix;
+    const String name = FindFreeName(suffix); // asks the other libraries, so without this one's lock
+    const WriteGuard guard(lock, rank);
+    if (!suffix.IsEmpty())
+        TakeName(name, suffix);
+    (void)EnterItems();
+    if (state.damaged)
+        state.dirty = state.rewriteWanted = true;
+    UpgradeLibrary(state);
+    return true;
+}
+
+// Files below version 7 have other hashes.
+bool BrowserDatabase::EnterItems()
+{
+    const auto isReadOnly = [](const ItemRecord& record) { return record.owner->state.readOnly; };
+    bool areEntered = true;
+    for (size_t place = 0; place < state.items.PlaceCount(); place++) {
+        ItemRecord* record = state.items.At(place);
+        if (!record || record->state != ItemState::Live)
+            continue;
+        if (state.version < currentVersion) {
+            const String path = record->GetPath();
+            areEntered = record->SetPath(path, PathHash(path)) && areEntered;
+            NoteChanged(*record);
+        }
+        BrowserHashNode* node = IndexItem(*record, record->GetPathHash());
+        areEntered = areEntered && node;
+        if (!node)
+            continue;
+        node->GiveBackUse(*record);
+        node->PutBefore(*record, isReadOnly);
+    }
+    return areEntered;
+}
+
+bool BrowserDatabase::Flush(Force force, AllowRewrite allowRewrite, IgnoreReadOnly ignoreReadOnly)
+{
+    const WriteGuard guard(lock, rank);
+    return FlushLocked(force, allowRewrite, ignoreReadOnly);
+}
+
+bool BrowserDatabase::FlushLocked(Force force, AllowRewrite allowRewrite, IgnoreReadOnly ignoreReadOnly)
+{
+    if (state.readOnly && ignoreReadOnly == IgnoreReadOnly::No)
+        return true;
+    if (force == Force::No && !state.dirty)
+        return true;
+    if (!WriteLocked())
+        return false;
+    return !state.rewriteWanted || allowRewrite == AllowRewrite::No || RewriteLocked();
+}
+
+bool BrowserDatabase::WriteLocked()
+{
+    if (!OpenForUpdate(state))
+        return false;
+    const bool isWritten = WriteChanges(state);
+    const bool isClosed = CloseAfterUpdate(state);
+    state.dirty = state.dirty || !isClosed;
+    return isWritten && isClosed;
+}
+
+bool BrowserDatabase::RewriteLocked()
+{
+    state.rewriteWanted = false;
+    return RewriteLibrary(state);
+}
+
+void BrowserDatabase::FlushDirty()
+{
+    (void)Flush();
+}
+
+bool BrowserDatabase::FreezeReadOnly(bool rewrite)
+{
+    const WriteGuard guard(lock, rank);
+    if (state.readOnly)
+        return true;
+    state.readOnly = true;
+    state.infoDirty = state.dirty = true;
+    state.rewriteWanted = state.rewriteWanted || rewrite;
+    return FlushLocked(Force::Yes, AllowRewrite::Yes, IgnoreReadOnly::Yes);
+}
+
+void BrowserDatabase::ClearReadOnly()
+{
+    const WriteGuard guard(lock, rank);
+    if (state.protectedLibrary || !state.readOnly)
+        return;
+    state.readOnly = false;
+    state.infoDirty = state.dirty = true;
+}
+
+bool BrowserDatabase::Compact()
+{
+    const WriteGuard guard(lock, rank);
+    state.rewriteWanted = true;
+    if (state.readOnly)
+        return true;
+    return WriteLocked() && RewriteLocked();
+}
+
+bool BrowserDatabase::FlushAtEnd(bool compact)
+{
+    const WriteGuard guard(lock, rank);
+    return FlushLocked(Force::No, compact ? AllowRewrite::Yes : AllowRewrite::No, IgnoreReadOnly::No);
+}
+
+bool BrowserDatabase::HoldFile()
+{
+    const WriteGuard guard(lock, rank);
+    return !state.readOnly && OpenForUpdate(state);
+}
+
+void BrowserDatabase::ReleaseFile()
+{
+    const WriteGuard guard(lock, rank);
+    if (state.openCount > 0)
+        (void)CloseAfterUpdate(state);
+}
+
+// --- What it is like ---
+
+String BrowserDatabase::GetLibraryName() const
+{
+    const ReadGuard guard(lock, rank);
+    return state.libraryName;
+}
+
+FilePath BrowserDatabase::GetFilePath() const
+{
+    const ReadGuard guard(lock, rank);
+    return state.filePath;
+}
+
+int32_t BrowserDatabase::GetSlot() const
+{
+    const ReadGuard guard(lock, rank);
+    return state.slot;
+}
+
+int32_t BrowserDatabase::CountItems() const
+{
+    const ReadGuard guard(lock, rank);
+    return state.itemCount;
+}
+
+bool BrowserDatabase::IsReadOnly() const
+{
+    const ReadGuard guard(lock, rank);
+    return state.readOnly;
+}
+
+bool BrowserDatabase::IsDirty() const
+{
+    const ReadGuard guard(lock, rank);
+    return state.dirty;
+}
+
+bool BrowserDatabase::IsDamaged() const
+{
+    const ReadGuard guard(lock, rank);
+    return state.damaged;
+}
+
+bool BrowserDatabase::NeedsRewrite() const
+{
+    const ReadGuard guard(lock, rank);
+    return state.rewriteWanted;
+}
+
+bool BrowserDatabase::IsReferenceCopy() const
+{
+    const ReadGuard guard(lock, rank);
+    return state.referenceCopy;
+}
+
+bool BrowserDatabase::TakeDamaged(bool clear)
+{
+    const WriteGuard guard(lock, rank);
+    return clear ? std::exchange(state.damaged, false) : state.damaged;
+}
+
+void BrowserDatabase::MarkProtected()
+{
+    const WriteGuard guard(lock, rank);
+    state.readOnly = state.protectedLibrary = true;
+}
+
+void BrowserDatabase::MarkReferenceCopy()
+{
+    const WriteGuard guard(lock, rank);
+    state.referenceCopy = true;
+}
+
+int32_t BrowserDatabase::AttachCount() const
+{
+    const ReadGuard guard(lock, rank);
+    return state.attachCount;
+}
+
+void BrowserDatabase::Attach(int32_t difference)
+{
+    const WriteGuard guard(lock, rank);
+    state.attachCount += difference;
+}
+
+} // namespace browser

@@ -1,0 +1,84 @@
+// Finds items by their paths over all open libraries.
+//
+// A node stands for one hash of a path and lists the records that have it: the same path in
+// several libraries, and paths that happen to share a hash. Nodes stay until the last library
+// closes, so a pointer to one stays good. An entry counts its users: handles, and searches
+// under way. Any thread; the lock of a node guards its entries, and is taken with at most one
+// library locked.
+#pragma once
+
+#include <atomic>
+
+#include "services/array.h"
+#include "services/hostlock.h"
+#include "storage/itemrecord.h"
+
+namespace browser {
+
+struct HashEntry {
+    ItemRecord* record = nullptr;
+    std::atomic<int32_t> uses = 0;
+};
+
+class BrowserHashNode
+{
+public:
+    explicit BrowserHashNode(uint32_t nodeHash)
+        : hash(nodeHash)
+    {
+    }
+    ~BrowserHashNode() { HostFree(more); }
+    static void operator delete(void* block) { HostFree(block); }
+    BrowserHashNode(const BrowserHashNode&) = delete;
+    BrowserHashNode& operator=(const BrowserHashNode&) = delete;
+
+    [[nodiscard]] bool AddEntry(ItemRecord& record, int32_t uses = 1);
+    // The first one with the path, used once more; none if there is no such.
+    ItemRecord* FindEntry(const String& path, bool exactly);
+    // Gives a use back. True if it was the last one of a record whose deletion waited for it:
+    // that is out of the index and Deleted then, and its library has to be told.
+    bool ReleaseEntry(ItemRecord& record);
+    void GiveBackUse(const ItemRecord& record) { AddUses(record, -1); }
+    void AddUses(const ItemRecord& record, int32_t uses);
+    bool TakeEntryIfUnused(ItemRecord& record); // false if it is in use or absent
+    int32_t TakeEntry(ItemRecord& record);      // its uses; -1 if it is absent
+    // A record of a library that can be written comes before one with the same path of a
+    // library that cannot. `isReadOnly` tells of a record's library.
+    void PutBefore(ItemRecord& record, bool (*isReadOnly)(const ItemRecord&));
+    int32_t CountEntries();
+
+    const uint32_t hash;
+
+    // For a change of two nodes at once.
+    ReadWriteLock nodeLock;
+    bool AddEntryLocked(ItemRecord& record, int32_t uses) CB_HOLDS(nodeLock);
+    ItemRecord* FindEntryLocked(const String& path, bool exactly) const;
+    int32_t TakeEntryLocked(ItemRecord& record) CB_HOLDS(nodeLock);
+
+private:
+    HashEntry* Entries() { return more ? more : &firstEntry; }
+    const HashEntry* Entries() const { return more ? more : &firstEntry; }
+    HashEntry* EntryOf(const ItemRecord& record);
+    void RemoveEntry(HashEntry& entry);
+
+    int32_t entryCount = 0;
+    int32_t capacity = 1;
+    HashEntry firstEntry;
+    HashEntry* more = nullptr; // in place of `firstEntry`
+};
+
+// The hash of a path's text, as it is stored: CRC-32 of the lower-case units, high byte first.
+uint32_t PathHash(const String& path);
+
+// None if no record has the hash.
+BrowserHashNode* FindNode(uint32_t hash);
+// Enters a record under its hash with one use, and gives its node; none without memory.
+BrowserHashNode* IndexItem(ItemRecord& record, uint32_t hash);
+// Takes records out of their nodes, whoever uses them.
+void UnindexItem(ItemRecord& record);
+void DestroyIndex(); // with no library open
+
+// One move of an item or a library at a time: it changes two nodes.
+HostLock& ItemMoveLock();
+
+} // namespace browser

@@ -1,0 +1,264 @@
+#include "storage/libraryrewrite.h"
+
+#include <algorithm>
+
+#include "storage/itempayloads.h"
+
+namespace browser {
+
+namespace {
+
+constexpr uint64_t lost = ~uint64_t(0); // of a payload that could not be read
+
+struct CopiedPayload {
+    PayloadReference reference; // in the old file
+    uint64_t copy = 0;          // its offset in the new one, or `lost`
+};
+
+struct CopiedItem {
+    ItemRecord* record = nullptr;
+    size_t firstPayload = 0;
+    size_t payloadCount = 0;
+    uint64_t chunk = 0; // of the new file
+};
+
+class Rewrite
+{
+public:
+    explicit Rewrite(LibraryState& rewritten)
+        : library(rewritten)
+    {
+    }
+    bool Run();
+
+private:
+    bool Prepare();
+    bool ListItems();
+    void DropRepeated();
+    bool WriteFile();
+    bool WriteHead();
+    bool CopyPayloads();
+    bool CopyPayload(CopiedPayload& payload);
+    bool WriteItems();
+    bool WriteItem(CopiedItem& item);
+    bool WriteWithoutLost(CopiedItem& item);
+    bool AppendItem(CopiedItem& item, const BaseContainer& values);
+    void PointTo(const CopiedItem& item, bool newFile);
+    bool TakePlace();
+    void Adopt();
+    bool Append(ChunkTag tag, const BaseContainer& container, uint64_t& offset);
+
+    LibraryState& library;
+    FilePath backup;
+    FilePath fresh;
+    BinaryFile source;
+    BinaryFile target;
+    Array<CopiedItem> items;
+    Array<CopiedPayload> payloads;
+    uint64_t end = 0; // of what is written
+    uint64_t infoOffset = 0;
+    uint64_t categoryOffset = 0;
+};
+
+bool Rewrite::Run()
+{
+    if (library.openCount != 0 || !Prepare())
+        return false;
+    const bool isWritten = WriteFile();
+    const bool areClosed = source.Close() && target.Close();
+    if (isWritten && areClosed && TakePlace()) {
+        Adopt();
+        return true;
+    }
+    if (host->folder->exists(fresh.Value()))
+        (void)host->folder->remove(fresh.Value(), 0, 0, nullptr, nullptr, nullptr);
+    return false;
+}
+
+bool Rewrite::Prepare()
+{
+    return MakeSibling(library.filePath, ".bak", backup) && MakeSibling(library.filePath, ".new", fresh) && ListItems()
+        && source.Open(library.filePath, OpenMode::Read) && target.Open(fresh, OpenMode::Create);
+}
+
+bool Rewrite::ListItems()
+{
+    Array<PayloadReference> own;
+    for (size_t place = 0; place < library.items.PlaceCount(); place++) {
+        ItemRecord* record = library.items.At(place);
+        if (!record || record->state == ItemState::Deleted)
+            continue;
+        own.Clear();
+        if (!ListPayloads(*record, own) || !items.Append({ record, payloads.Count(), own.Count(), 0 }))
+            return false;
+        for (const PayloadReference& payload : own)
+            if (!payloads.Append({ payload, 0 }))
+                return false;
+    }
+    DropRepeated();
+    return true;
+}
+
+// Two records that name one chunk come from no writer: the first one gets it.
+void Rewrite::DropRepeated()
+{
+    Array<size_t> sorted;
+    if (!sorted.Reserve(payloads.Count()))
+        return; // copies too much, and nothing wrong
+    for (size_t i = 0; i < payloads.Count(); i++)
+        (void)sorted.Append(i);
+    const auto offsetOf = [this](size_t i) { return payloads[i].reference.offset; };
+    std::sort(sorted.begin(), sorted.end(),
+              [&](size_t a, size_t b) { return offsetOf(a) != offsetOf(b) ? offsetOf(a) < offsetOf(b) : a < b; });
+    for (size_t i = 1; i < sorted.Count(); i++)
+        if (offsetOf(sorted[i]) == offsetOf(sorted[i - 1]))
+            payloads[sorted[i]].copy = lost;
+}
+
+bool Rewrite::WriteFile()
+{
+    if (!WriteHead() || !CopyPayloads() || !WriteItems() || !WriteChunkHeader(target, { ChunkTag::FileEnd, 0, 0 }))
+        return false;
+    return target.Length() == static_cast<int64_t>(end) + chunkHeaderSize;
+}
+
+bool Rewrite::Append(ChunkTag tag, const BaseContainer& container, uint64_t& offset)
+{
+    offset = end;
+    return WriteContainerChunk(target, tag, 0, container, offset, end);
+}
+
+bool Rewrite::WriteHead()
+{
+    BaseContainer info, category;
+    end = chunkHeaderSize;
+    if (!WriteChunkHeader(target, { ChunkTag::FileHead, 0, 0 }) || !MakeInfo(library, info) || !Append(ChunkTag::Info, info, infoOffset))
+        return false;
+    return !library.hasCategory || (MakeCategory(library, category) && Append(ChunkTag::Category, category, categoryOffset));
+}
+
+bool Rewrite::CopyPayloads()
+{
+    for (CopiedPayload& payload : payloads)
+        if (payload.copy != lost && !CopyPayload(payload))
+            return false;
+    return true;
+}
+
+// What cannot be read is left out; false where something cannot be written.
+bool Rewrite::CopyPayload(CopiedPayload& payload)
+{
+    Block bytes;
+    BrowserDatabaseChunk header;
+    const PayloadReference& old = payload.reference;
+    payload.copy = lost;
+    if (!IsPayload(source, library, old, header) || !source.SeekTo(static_cast<int64_t>(old.offset)) || !ReadChunkPayload(source, bytes))
+        return source.IsUsable() || (source.Close() && source.Open(library.filePath, OpenMode::Read));
+    if (!WriteChunkWithPayload(target, header.tag, old.record->id, bytes.Bytes(), bytes.Size()))
+        return false;
+    payload.copy = end;
+    end += static_cast<uint64_t>(chunkHeaderSize + bytes.Size());
+    return true;
+}
+
+bool Rewrite::WriteItems()
+{
+    for (CopiedItem& item : items)
+        if (!WriteItem(item))
+            return false;
+    return true;
+}
+
+bool Rewrite::WriteItem(CopiedItem& item)
+{
+    for (size_t i = 0; i < item.payloadCount; i++)
+        if (payloads[item.firstPayload + i].copy == lost)
+            return WriteWithoutLost(item);
+    PointTo(item, true);
+    const bool isWritten = AppendItem(item, item.record->values);
+    PointTo(item, false);
+    return isWritten;
+}
+
+bool Rewrite::WriteWithoutLost(CopiedItem& item)
+{
+    ItemRecord copy(item.record->id, item.record->owner);
+    if (!copy.values.Set(item.record->values))
+        return false;
+    for (size_t i = 0; i < item.payloadCount; i++) {
+        const CopiedPayload& payload = payloads[item.firstPayload + i];
+        const PayloadReference& old = payload.reference;
+        if (payload.copy == lost && old.kind == PayloadKind::Preview)
+            (void)copy.values.FindContainer(ItemPreviews)->Remove(old.preview);
+        else
+            (void)SetPayloadOffset(copy, old.kind, old.preview, payload.copy == lost ? 0 : payload.copy);
+    }
+    return AppendItem(item, copy.values);
+}
+
+bool Rewrite::AppendItem(CopiedItem& item, const BaseContainer& values)
+{
+    item.chunk = end;
+    return WriteContainerChunk(target, ChunkTag::Item, item.record->id, values, item.chunk, end);
+}
+
+// Replacing a number takes no memory, so the way back cannot fail.
+void Rewrite::PointTo(const CopiedItem& item, bool newFile)
+{
+    for (size_t i = 0; i < item.payloadCount; i++) {
+        const CopiedPayload& payload = payloads[item.firstPayload + i];
+        const PayloadReference& old = payload.reference;
+        (void)SetPayloadOffset(*old.record, old.kind, old.preview, newFile ? payload.copy : old.offset);
+    }
+}
+
+// If the last step fails, the old file goes back to its place.
+bool Rewrite::TakePlace()
+{
+    if (host->folder->exists(backup.Value()) && !host->folder->remove(backup.Value(), 0, 0, nullptr, nullptr, nullptr))
+        return false;
+    if (!host->folder->rename(library.filePath.Value(), backup.Value()))
+        return false;
+    if (host->folder->rename(fresh.Value(), library.filePath.Value()) || !host->folder->exists(fresh.Value()))
+        return true;
+    (void)host->folder->rename(backup.Value(), library.filePath.Value());
+    return false;
+}
+
+void Rewrite::Adopt()
+{
+    for (const CopiedItem& item : items) {
+        item.record->chunk = item.chunk;
+        item.record->isChanged = false;
+        for (size_t i = 0; i < item.payloadCount; i++) {
+            const CopiedPayload& payload = payloads[item.firstPayload + i];
+            const PayloadReference& old = payload.reference;
+            if (payload.copy == lost && old.kind == PayloadKind::Preview)
+                (void)old.record->values.FindContainer(ItemPreviews)->Remove(old.preview);
+            else
+                (void)SetPayloadOffset(*old.record, old.kind, old.preview, payload.copy == lost ? 0 : payload.copy);
+        }
+    }
+    for (size_t place = 0; place < library.items.PlaceCount(); place++)
+        if (ItemRecord* record = library.items.At(place); record && record->state == ItemState::Deleted) {
+            record->chunk = 0; // it is not in the new file
+            (void)record->values.Remove(ItemData);
+            (void)record->values.Remove(ItemPreviews);
+        }
+    library.infoOffset = infoOffset;
+    library.categoryOffset = categoryOffset;
+    library.legacyOffset = library.headLength = 0;
+    library.endOffset = end;
+    library.loadedVersion = currentVersion;
+    library.needsBackup = false;
+    library.stamp = StampOf(library.filePath);
+}
+
+} // namespace
+
+bool RewriteLibrary(LibraryState& library)
+{
+    return Rewrite(library).Run();
+}
+
+} // namespace browser

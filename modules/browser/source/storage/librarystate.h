@@ -1,0 +1,81 @@
+// What a library is: what stands in its file and what is known of it while it is open.
+//
+// Everything here is guarded by the lock of its BrowserDatabase, which the functions of this
+// folder that take a LibraryState expect to be held.
+#pragma once
+
+#include <atomic>
+
+#include "storage/bitmapcache.h"
+#include "storage/chunkio.h"
+#include "storage/itemlist.h"
+
+namespace browser {
+
+constexpr int32_t currentVersion = 7;
+constexpr int32_t noSlot = -1;
+constexpr int32_t firstItemId = 1;
+
+// How a file was when this process last had it open; one that has changed since is somebody
+// else's, and nothing is written over it.
+struct FileStamp {
+    int64_t length = -1; // -1: there is no file
+    FileDate date = {};
+};
+
+struct LibraryState {
+    LibraryState() = default;
+    LibraryState(const LibraryState&) = delete;
+    LibraryState& operator=(const LibraryState&) = delete;
+
+    FilePath filePath;
+    FilePath imagePath; // folder of what lies outside of the file, unless `dataInFile`
+    ItemList items;
+    DatabaseBitmapCache bitmapCache;
+    int32_t itemCount = 0;
+    int32_t nextItemId = firstItemId; // below 1: no id is left
+    int32_t slot = noSlot;            // of the table; none once it is closed
+    int32_t attachCount = 0;          // of the tree
+
+    BinaryFile file; // of writers, open while `openCount` is not 0
+    int32_t openCount = 0;
+    FileStamp stamp;
+
+    uint64_t headLength = 0; // of the first chunk's payload
+    uint64_t endOffset = 0;  // of the closing chunk, where the next one goes; 0: there is no file
+    uint64_t infoOffset = 0; // 0: none
+    uint64_t categoryOffset = 0;
+    uint64_t legacyOffset = 0; // of all items in one chunk
+
+    int32_t version = currentVersion;
+    int32_t loadedVersion = currentVersion;
+    String libraryName;           // the URL that all paths of items begin with
+    BaseContainer localizedNames; // text by packed language code
+    String category;
+    bool hasCategory = false;
+
+    bool dirty = false; // something is not in the file yet
+    bool infoDirty = false;
+    bool categoryDirty = false;
+    std::atomic<bool> readOnly = false; // also asked without the lock
+    bool protectedLibrary = false;      // `readOnly` for good
+    bool referenceCopy = false;
+    bool exactPaths = false;
+    bool damaged = false;
+    bool dataInFile = true;
+    bool rewriteWanted = false;
+    bool needsBackup = false; // before the next write
+};
+
+// How the file is now.
+FileStamp StampOf(const FilePath& path);
+bool operator==(const FileStamp& a, const FileStamp& b);
+
+// The file's name with something behind it, in the same folder.
+[[nodiscard]] bool MakeSibling(const FilePath& path, const char* suffix, FilePath& sibling);
+
+// The container of the info chunk, and of the category's.
+[[nodiscard]] bool MakeInfo(const LibraryState& library, BaseContainer& info);
+[[nodiscard]] bool MakeCategory(const LibraryState& library, BaseContainer& category);
+
+} // namespace browser
