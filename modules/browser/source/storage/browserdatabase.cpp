@@ -98,7 +98,7 @@ bool BrowserDatabase::Load()
 // Files below version 7 have other hashes.
 bool BrowserDatabase::EnterItems()
 {
-    const auto isReadOnly = [](const ItemRecord& record) { return record.owner->state.readOnly; };
+    bool (*isReadOnly)(const ItemRecord&) = [](const ItemRecord& record) { return record.owner->state.readOnly.load(); };
     bool areEntered = true;
     for (size_t place = 0; place < state.items.PlaceCount(); place++) {
         ItemRecord* record = state.items.At(place);

@@ -5,6 +5,7 @@
 // the file has before anything is allocated or skipped, so that a damaged one costs nothing.
 #pragma once
 
+#include "services/allocation.h"
 #include "services/basecontainer.h"
 #include "services/binaryfile.h"
 

@@ -28,8 +28,8 @@ uint32_t ItemRecord::GetPathHash() const
 
 bool ItemRecord::SetPath(const String& path, uint32_t hash)
 {
-    BaseContainer* place = values.DemandContainer(ItemPath);
-    return place && place->SetText(PathText, path) && place->SetInt32(PathHashValue, static_cast<int32_t>(hash));
+    BaseContainer* own = values.DemandContainer(ItemPath);
+    return own && own->SetText(PathText, path) && own->SetInt32(PathHashValue, static_cast<int32_t>(hash));
 }
 
 bool ItemRecord::HasPath(const String& path, bool exactly) const

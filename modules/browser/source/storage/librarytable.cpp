@@ -149,8 +149,9 @@ LibraryRef FindLibraryForPath(const String& path, bool useFallback)
 {
     if (path.StartsWith("file:/"))
         return GetFirstLibrary();
-    LibraryRef found = FindLibrary([&path](const BrowserDatabase& library) { return IsBelow(path, library.GetLibraryName()); });
-    return found || !useFallback ? found : GetFirstLibrary();
+    if (LibraryRef found = FindLibrary([&path](const BrowserDatabase& library) { return IsBelow(path, library.GetLibraryName()); }))
+        return found;
+    return useFallback ? GetFirstLibrary() : LibraryRef();
 }
 
 String GetLibraryName(const String& path)
