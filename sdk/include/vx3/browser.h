@@ -143,20 +143,31 @@ typedef struct VX3IconFunctions {
     void (*releasePreview)(VX3Preview* preview);      /* None is allowed. [any-thread] */
 } VX3IconFunctions;
 
-/* 3: libraries. None yet. */
+/* 3: libraries of other modules. A library has an id from its opening to its closing: 0 is the
+ * browser's own, 1 the user's, which is made when something is first stored in it. */
 typedef struct VX3LibraryFunctions {
-    VX3Bool (*mount)(const VX3Path* file);                         /* [any-thread] [may-block] */
-    VX3Bool (*unmount)(VX3Url* url);                               /* [any-thread] [may-block] */
-    VX3Bool (*create)(const VX3Path* file, const VX3String* name); /* [any-thread] [may-block] */
-    int32_t (*libraryId)(VX3Url* url);                             /* [any-thread] [may-block] */
+    /* Opens the library of a file, or makes one with that name and address; an address begins
+     * with "preset:/". Payloads go to the folder "data " and the file's name beside it. Gives
+     * its id, or -1. [gui-thread] [may-block] */
+    int32_t (*registerLibrary)(VX3Url* location, const VX3String* name, const VX3Path* file);
+    /* Writes what has changed and closes it; 0 if it is in use or could not be written.
+     * [gui-thread] [may-block] */
+    VX3Bool (*unregisterLibrary)(int32_t id);
+    /* The id of the library that holds an address, or -1. [any-thread] [may-block] */
+    int32_t (*libraryId)(VX3Url* url);
 } VX3LibraryFunctions;
 
-/* 4: items of libraries. None yet. */
+/* 4: items of libraries. */
 typedef struct VX3ItemFunctions {
     VX3Bool (*exists)(VX3Url* url); /* [any-thread] [may-block] */
-    VX3Bool (*read)(VX3Url* url, void** bytes,
-                    int64_t* length); /* The caller must free with the memory section. [any-thread] [may-block] */
-    VX3Bool (*store)(VX3Url* url, const void* bytes, int64_t length, int32_t type); /* [any-thread] [may-block] */
+    /* Any of the out values may be none. `bytes` is none for an item without data; the caller
+     * must free it with the memory section. 0: there is no such item.
+     * [any-thread] [may-block] */
+    VX3Bool (*read)(int32_t libraryId, VX3Url* url, int32_t* type, VX3Container* settings, void** bytes, int64_t* length);
+    /* Makes the item or changes it, and dates it. `name` may be none, and `bytes` none to leave
+     * the data as they are. 0: the library is not there, is read-only, or could not be written.
+     * [any-thread] [may-block] */
+    VX3Bool (*store)(int32_t libraryId, VX3Url* url, int32_t type, const VX3String* name, const void* bytes, int64_t length);
 } VX3ItemFunctions;
 
 /* 5: plugins for content types, in a fixed order that decides who is asked first. */
@@ -369,8 +380,8 @@ typedef struct VX3Browser {
     const VX3BrowserWindows* windows;        /* 0, none without windows */
     const VX3TreeFunctions* tree;            /* 1 */
     const VX3IconFunctions* icons;           /* 2 */
-    const VX3LibraryFunctions* libraries;    /* 3, none yet */
-    const VX3ItemFunctions* items;           /* 4, none yet */
+    const VX3LibraryFunctions* libraries;    /* 3 */
+    const VX3ItemFunctions* items;           /* 4 */
     const VX3PluginFunctions* plugins;       /* 5 */
     const VX3UrlFunctions* urls;             /* 6 */
     const VX3ReferenceFunctions* references; /* 7 */

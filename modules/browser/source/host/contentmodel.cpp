@@ -1,6 +1,7 @@
 #include "host/contentmodel.h"
 
 #include "host/librarymount.h"
+#include "host/librarystore.h"
 #include "model/browserfolders.h"
 #include "model/browserutils.h"
 #include "model/contenttree.h"
@@ -11,6 +12,8 @@
 #include "nodes/volumelist.h"
 #include "plugins/registryorder.h"
 #include "services/resources.h"
+#include "storage/browserdatabaseitem.h"
+#include "storage/librarynames.h"
 #include "ui/iconservice.h"
 #include "ui/windowregistry.h"
 
@@ -62,6 +65,12 @@ void MakeRoot(const RootRow& row)
     row.root->Set(std::move(root));
 }
 
+void CloseLibraries(bool compact)
+{
+    ForgetOwnLibraries();
+    CloseAll(true, compact);
+}
+
 bool PathOfNetworkUrl(BrowserURL& url, FilePath& path)
 {
     ContentRef node;
@@ -88,8 +97,7 @@ bool InitContentModel()
     RememberRestriction();
     if (CreatePluginRegistry())
         RegisterAllPlugins();
-    FilePath cache;
-    GetCacheFolder(CreateFolders::Yes, cache);
+    OpenOwnLibraries();
     contentTree.tree = Make<BrowserContentTree>()();
     if (!contentTree.tree)
         return false;
@@ -100,11 +108,14 @@ bool InitContentModel()
     return true;
 }
 
-void ShutDownContentModel(bool)
+// Rewriting a library takes its time, which a run of a moment is not made to wait for.
+void ShutDownContentModel(bool quick)
 {
     contentTree.ForgetRoots();
     if (contentTree.tree)
         contentTree.tree->RemoveChildren();
+    if (host)
+        CloseLibraries(!quick);
     if (host)
         DeleteTempFolder();
 }
@@ -119,6 +130,9 @@ void FreeContentModel()
     contentTree.ready = false;
     FreeAllPlugins();
     FreePluginRegistry();
+    CloseLibraries(false); // the message of the host's end need not have come
+    FreeItemCompressor();
+    ForgetCurrentLanguage();
     ForgetCategoryListings();
     ForgetFolders();
     ForgetLanguages();

@@ -14,6 +14,8 @@ void PublishServiceTable()
     table.windows = WindowSection();
     table.tree = TreeSection();
     table.icons = IconSection();
+    table.libraries = LibrarySection();
+    table.items = ItemSection();
     table.plugins = PluginSection();
     table.urls = UrlSection();
     table.references = ReferenceSection();

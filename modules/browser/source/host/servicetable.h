@@ -14,6 +14,8 @@ void WithdrawServiceTable();
 const VX3BrowserWindows* WindowSection(); // none without a GUI
 const VX3TreeFunctions* TreeSection();
 const VX3IconFunctions* IconSection();
+const VX3LibraryFunctions* LibrarySection();
+const VX3ItemFunctions* ItemSection();
 const VX3PluginFunctions* PluginSection();
 const VX3UrlFunctions* UrlSection();
 const VX3ReferenceFunctions* ReferenceSection();

@@ -3,6 +3,7 @@
 #include "host/browsercommands.h"
 #include "host/contentmodel.h"
 #include "host/librarymount.h"
+#include "host/librarystore.h"
 #include "host/prefspage.h"
 #include "host/presetloader.h"
 #include "host/servicetable.h"
@@ -85,6 +86,7 @@ void StartLoading()
 {
     if (!run.started || run.presetLoader)
         return;
+    TellOfDamagedLibraries(true);
     (void)CreateLoadSemaphore();
     run.presetLoader = Make<ThreadedPresetLoading>()();
     bool failed = HasUserInterface() && run.presetLoader && !run.presetLoader->Start(VX3_PRIORITY_BACKGROUND);

@@ -8,6 +8,8 @@
 
 namespace browser {
 
+class BrowserDatabase;
+
 class BrowserContentTree : public RTree
 {
 };
@@ -21,6 +23,8 @@ struct ContentTree {
     GlobalRef<BrowserContentNode> indexedRoots[rootIndexCount];
     GlobalRef<BrowserContentNode> network;
     GlobalRef<BrowserContentNode> defaultObjects;
+    BrowserDatabase* mainDatabase = nullptr;     // of favourites, recent entries and stored previews; in slot 0
+    BrowserDatabase* defaultsDatabase = nullptr; // of what new objects begin as; both belong to the table of libraries
     std::atomic<bool> ready = false; // all libraries are loaded: the host may be told of changes
 
     BrowserContentNode* Computer() const { return indexedRoots[size_t(RootIndex::Computer)].Get(); }

@@ -186,9 +186,12 @@ bool BrowserDatabase::Compact()
     return WriteLocked() && RewriteLocked();
 }
 
+// A library in which nothing was ever kept leaves no file behind.
 bool BrowserDatabase::FlushAtEnd(bool compact)
 {
     const WriteGuard guard(lock, rank);
+    if (state.endOffset == 0 && state.itemCount == 0 && state.stamp.length < 0)
+        return true;
     return FlushLocked(Force::No, compact ? AllowRewrite::Yes : AllowRewrite::No, IgnoreReadOnly::No);
 }
 
@@ -265,6 +268,11 @@ bool BrowserDatabase::TakeDamaged(bool clear)
 {
     const WriteGuard guard(lock, rank);
     return clear ? std::exchange(state.damaged, false) : state.damaged;
+}
+
+void BrowserDatabase::MarkReadOnly()
+{
+    state.readOnly = true;
 }
 
 void BrowserDatabase::MarkProtected()

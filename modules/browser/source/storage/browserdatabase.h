@@ -80,6 +80,7 @@ public:
     bool NeedsRewrite() const;
     bool IsReferenceCopy() const;
     bool TakeDamaged(bool clear); // whether it is; forgotten with `clear`
+    void MarkReadOnly(); // in memory alone
     void MarkProtected();
     void MarkReferenceCopy();
     int32_t AttachCount() const;
