@@ -12,7 +12,7 @@
 #include "nodes/volumelist.h"
 #include "plugins/registryorder.h"
 #include "services/resources.h"
-#include "storage/browserdatabaseitem.h"
+#include "storage/itempacking.h"
 #include "storage/librarynames.h"
 #include "ui/iconservice.h"
 #include "ui/windowregistry.h"

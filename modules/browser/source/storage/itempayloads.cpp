@@ -47,7 +47,7 @@ bool ListPayloads(ItemRecord& record, Array<PayloadReference>& payloads)
     int32_t number = 0, type = 0;
     for (int32_t place = 0; previews && previews->EntryAt(place, number, type); place++) {
         const BaseContainer* preview = previews->GetContainer(number);
-        const int64_t offset = preview ? preview->GetInt64(PreviewOffset, 0) : 0;
+        const int64_t offset = preview ? preview->GetInt64(PictureOffset, 0) : 0;
         if (offset != 0 && !payloads.Append({ &record, PayloadKind::Preview, number, static_cast<uint64_t>(offset) }))
             return false;
     }
@@ -62,7 +62,7 @@ bool SetPayloadOffset(ItemRecord& record, PayloadKind kind, int32_t preview, uin
         return data && data->SetInt64(DataOffset, stored);
     }
     BaseContainer* found = FindPreview(record, preview);
-    return found && found->SetInt64(PreviewOffset, stored);
+    return found && found->SetInt64(PictureOffset, stored);
 }
 
 bool DataPath(const LibraryState& library, const ItemRecord& record, FilePath& path)
@@ -73,7 +73,7 @@ bool DataPath(const LibraryState& library, const ItemRecord& record, FilePath& p
 
 bool PreviewPath(const LibraryState& library, const BaseContainer& preview, FilePath& path)
 {
-    const String name = preview.GetText(PreviewFile);
+    const String name = preview.GetText(PictureFile);
     return !library.imagePath.IsEmpty() && !name.IsEmpty() && IsNameAllowed(name) && path.SetJoined(library.imagePath, name);
 }
 

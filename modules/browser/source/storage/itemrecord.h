@@ -53,12 +53,12 @@ enum class StorageMode : int32_t {
 };
 
 enum PreviewKey : int32_t {
-    PreviewFile = 0, // name below the folder of pictures, if it is no chunk
-    PreviewWidth = 1,
-    PreviewHeight = 2,
-    PreviewGrade = 3,
-    PreviewDate = 4,   // a packed date
-    PreviewOffset = 5, // int64 of the chunk
+    PictureFile = 0, // name below the folder of pictures, if it is no chunk
+    PictureWidth = 1,
+    PictureHeight = 2,
+    PictureGrade = 3,
+    PictureDate = 4,   // a packed date
+    PictureOffset = 5, // int64 of the chunk
 };
 
 enum ViewKey : int32_t {

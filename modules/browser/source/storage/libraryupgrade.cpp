@@ -41,7 +41,7 @@ bool WriteIdsOf(BinaryFile& file, const LibraryState& library, ItemRecord& recor
     int32_t number = 0, type = 0;
     for (int32_t place = 0; previews && previews->EntryAt(place, number, type); place++) {
         const BaseContainer* preview = previews->GetContainer(number);
-        const int64_t image = preview ? preview->GetInt64(PreviewOffset, 0) : 0;
+        const int64_t image = preview ? preview->GetInt64(PictureOffset, 0) : 0;
         if (image != 0 && !WriteId(file, library, { &record, PayloadKind::Preview, number, static_cast<uint64_t>(image) }))
             return false;
     }
