@@ -12,7 +12,7 @@
 namespace vx3::desktop {
 
 constexpr int iconSide = 16;           // of an icon in a button, in logical pixels
-constexpr int signSide = 4 * iconSide; // of the bitmaps that are registered
+constexpr int signSide = 8 * iconSide; // of the bitmaps that are registered
 
 void RegisterHostIcons(); // with the registry of the core, before modules are loaded
 QIcon IconOfBitmap(const VX3Bitmap& bitmap);
