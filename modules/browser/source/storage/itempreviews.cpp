@@ -24,7 +24,7 @@ PayloadReference ChunkOf(ItemRecord& record, int32_t number, const BaseContainer
 
 PreviewInfo InfoOf(int32_t number, const BaseContainer& preview)
 {
-    return { number, preview.GetInt32(PreviewWidth, 0), preview.GetInt32(PreviewHeight, 0), preview.GetInt32(PreviewGrade, 0),
+    return { number, preview.GetInt32(PreviewPixelsWide, 0), preview.GetInt32(PreviewPixelsHigh, 0), preview.GetInt32(PreviewGrade, 0),
              UnpackDate(preview.GetContainer(PreviewDate)) };
 }
 
@@ -39,7 +39,7 @@ bool NameFile(int32_t id, int32_t number, BaseContainer& entry)
 bool MakeEntry(const PreviewInfo& info, BaseContainer& entry)
 {
     BaseContainer date;
-    return entry.SetId(info.number) && entry.SetInt32(PreviewWidth, info.width) && entry.SetInt32(PreviewHeight, info.height)
+    return entry.SetId(info.number) && entry.SetInt32(PreviewPixelsWide, info.width) && entry.SetInt32(PreviewPixelsHigh, info.height)
         && entry.SetInt32(PreviewGrade, info.grade) && PackDate(info.date, date) && entry.SetContainer(PreviewDate, date);
 }
 

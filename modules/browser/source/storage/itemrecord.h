@@ -54,8 +54,8 @@ enum class StorageMode : int32_t {
 
 enum PreviewKey : int32_t {
     PreviewFile = 0, // name below the folder of pictures, if it is no chunk
-    PreviewWidth = 1,
-    PreviewHeight = 2,
+    PreviewPixelsWide = 1,
+    PreviewPixelsHigh = 2,
     PreviewGrade = 3,
     PreviewDate = 4,   // a packed date
     PreviewOffset = 5, // int64 of the chunk
