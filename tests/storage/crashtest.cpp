@@ -208,8 +208,8 @@ protected:
                 contents[name] = item ? ContentOf(*item) : absent;
                 delete item;
             }
-            if (writes)
-                EXPECT_TRUE(library.Flush(Force::Yes, AllowRewrite::Yes)) << "at " << cut;
+            const bool isWritten = !writes || library.Flush(Force::Yes, AllowRewrite::Yes);
+            EXPECT_TRUE(isWritten) << "at " << cut;
         } else {
             for (const std::string& name : history.Paths())
                 contents[name] = absent;

@@ -35,6 +35,15 @@ public:
     static int32_t Count(); // of all libraries
 
 private:
+    Entry* Find(int32_t itemId, int32_t previewNumber) const;
+    Entry* FindPinned(int32_t itemId, int32_t previewNumber) const;
+    Entry* Use(int32_t itemId, int32_t previewNumber);
+    void Link(Entry& entry);
+    static void Unlink(Entry& entry);
+    static Entry* MakeRoom();
+
+    // Changed with the lock of the order of use held as well, which is enough for taking
+    // one out that nobody uses.
     ReadWriteLock cacheLock;
     Entry* newest = nullptr; // of this library
     Entry* last = nullptr;

@@ -5,6 +5,8 @@
 // thread, one at a time for one handle.
 #pragma once
 
+#include <array>
+
 #include "services/filedate.h"
 #include "storage/browserdatabase.h"
 
@@ -27,6 +29,12 @@ struct PreviewRange {
     int32_t widthMax = 0x7FFFFFFF;
     int32_t heightMax = 0x7FFFFFFF;
 };
+
+// Where an item stands on a screen; what the numbers are is the view's business.
+using ViewPosition = std::array<int32_t, 4>;
+
+constexpr int32_t unordered = 0x7FFFFFFF;
+constexpr int32_t viewHasDate = 4; // of the flags; the other bits belong to the views
 
 class BrowserDatabaseItem
 {
@@ -96,15 +104,71 @@ public:
     bool SetScanState(int32_t state);
     String GetLink(bool* isRelative) const;
     bool SetLink(const String& target, bool isRelative);
+    bool GetWords(BaseContainer& words) const; // for searches; their count under 0, texts from 2 on
+
+    // --- How it is shown ---
+    int32_t GetViewFlags() const;
+    bool SetViewFlags(int32_t flags);
+    int32_t GetViewOrder() const; // among its neighbours; unordered if none was set
+    bool SetViewOrder(int32_t order);
+    int32_t GetViewValue() const;
+    bool SetViewValue(int32_t value);
+    FileDate GetViewDate() const;
+    bool SetViewDate(const FileDate& date); // and the flag that tells of one
+    bool GetViewPosition(int32_t view, ViewPosition& position) const;
+    bool SetViewPosition(int32_t view, const ViewPosition& position);
 
     BrowserDatabase& Library() const { return *database; }
     const ItemRecord& Record() const { return *record; }
 
 private:
-    ItemRecord* record;
-    BrowserDatabase* database;
-    BrowserHashNode* node;
+    bool GiveBackUse();
+    void EndUse();
+    int32_t NumberIn(int32_t key, int32_t nestedKey, int32_t fallback) const;
+    bool CopyContainer(int32_t key, BaseContainer& copy) const;
+    bool SetWholeContainer(int32_t key, const BaseContainer& value);
+    bool SetDate(int32_t key, const FileDate& date);
+    template <class Change>
+    bool Apply(Change change);
+    template <class Change>
+    bool ApplyTo(int32_t key, Change change);
+    bool RemovePreview(int32_t number);
+
+    ItemRecord* const record;
+    BrowserDatabase* const database;
     const int32_t id;
 };
+
+// Changes values of a record whose library's lock is held. A search reads paths with the
+// lock of the node alone, so nothing beside them may move meanwhile.
+template <class Change>
+bool ChangeValues(ItemRecord& record, Change change)
+{
+    if (!record.node)
+        return change(record.values);
+    const WriteGuard guard(record.node->nodeLock, LockRank::HashNode);
+    return change(record.values);
+}
+
+template <class Change>
+bool BrowserDatabaseItem::Apply(Change change)
+{
+    const WriteGuard guard(database->Lock(), LockRank::Library);
+    if (database->State().readOnly || !ChangeValues(*record, change))
+        return false;
+    database->NoteChanged(*record);
+    return true;
+}
+
+// Changes a copy of one container, which takes its place if all went well.
+template <class Change>
+bool BrowserDatabaseItem::ApplyTo(int32_t key, Change change)
+{
+    return Apply([&](BaseContainer& values) {
+        BaseContainer changed;
+        const BaseContainer* old = values.GetContainer(key);
+        return (!old || changed.Set(*old)) && change(changed) && values.SetContainer(key, changed);
+    });
+}
 
 } // namespace browser
