@@ -4,6 +4,8 @@
 #include <cstring>
 
 #include "core/containerimage.h"
+#include "storage/itempacking.h"
+#include "storage/librarynames.h"
 #include "storage/librarytable.h"
 #include "support/modulefixture.h"
 
@@ -92,7 +94,12 @@ protected:
     {
         testHost.FileSystem().AddFolder("/lib");
     }
-    ~LibraryTest() override { browser::CloseAll(false, false); }
+    ~LibraryTest() override
+    {
+        browser::CloseAll(false, false);
+        browser::FreeItemCompressor();
+        browser::ForgetCurrentLanguage();
+    }
 
     static constexpr const char* usualFile = "/lib/a.libvx";
 
