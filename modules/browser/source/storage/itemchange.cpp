@@ -125,19 +125,20 @@ bool MoveToNode(ItemRecord& record, const String& path, uint32_t hash, BaseConta
     if (!target)
         return false;
     int32_t uses = 0;
-    bool isMoved = false;
     {
         const WriteGuard sourceGuard(source.nodeLock, LockRank::HashNode);
         const WriteGuard targetGuard(target->nodeLock, LockRank::HashNodeSecond);
-        isMoved = !IsTaken(*target, path, record);
-        if (isMoved)
-            record.values.FindContainer(ItemPath)->Swap(place);
-        uses = (isMoved ? source : *target).TakeEntryLocked(record);
-        record.node = isMoved ? target : &source;
+        if (IsTaken(*target, path, record)) {
+            (void)target->TakeEntryLocked(record);
+            record.node = &source;
+            return false;
+        }
+        record.values.FindContainer(ItemPath)->Swap(place);
+        uses = source.TakeEntryLocked(record);
+        record.node = target;
     }
-    if (isMoved)
-        target->AddUses(record, uses - 1); // it came with one
-    return isMoved;
+    target->AddUses(record, uses - 1); // it came with one
+    return true;
 }
 
 bool MoveRecord(ItemRecord& record, const String& path)
