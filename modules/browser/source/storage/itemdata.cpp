@@ -37,6 +37,23 @@ bool WriteDataFile(const LibraryState& library, const ItemRecord& record, const 
     return DataPath(library, record, path) && WriteWholeFile(path, bytes, size);
 }
 
+bool RemoveDataFile(const LibraryState& library, const ItemRecord& record)
+{
+    FilePath path;
+    return !DataPath(library, record, path) || RemoveFile(path);
+}
+
+// The record lets go of the chunk first, since only that can be taken back.
+bool ForgetChunk(LibraryState& library, BaseContainer& stored, const PayloadReference& payload)
+{
+    if (!stored.SetInt64(DataOffset, 0))
+        return false;
+    if (KillPayload(library, payload))
+        return true;
+    (void)stored.SetInt64(DataOffset, static_cast<int64_t>(payload.offset));
+    return false;
+}
+
 } // namespace
 
 bool BrowserDatabaseItem::SetData(const void* bytes, int64_t size, bool compress)
@@ -134,10 +151,7 @@ bool BrowserDatabaseItem::DeleteData()
     if (!stored)
         return true;
     const PayloadReference payload = DataOf(*record, *stored);
-    FilePath path;
-    if (payload.offset != 0 && !(KillPayload(state, payload) && stored->SetInt64(DataOffset, 0)))
-        return false;
-    if (payload.offset == 0 && DataPath(state, *record, path) && !RemoveFile(path))
+    if (!(payload.offset != 0 ? ForgetChunk(state, *stored, payload) : RemoveDataFile(state, *record)))
         return false;
     database->NoteChanged(*record);
     return true;

@@ -77,8 +77,9 @@ bool RemoveFile(const FilePath& path)
 BinaryFile* PayloadFile::Open(const PayloadReference& payload, BrowserDatabaseChunk& header)
 {
     BinaryFile& file = library.openCount > 0 ? library.file : own;
-    const bool isOpen = &file != &own || own.IsUsable() || own.Open(library.filePath, OpenMode::Read);
-    return isOpen && IsPayload(file, library, payload, header) ? &file : nullptr;
+    if (&file == &own && !isOpen)
+        isOpen = own.Open(library.filePath, OpenMode::Read);
+    return (&file != &own || isOpen) && IsPayload(file, library, payload, header) ? &file : nullptr;
 }
 
 bool PayloadFile::Read(const PayloadReference& payload, Block& bytes)

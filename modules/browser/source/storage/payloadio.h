@@ -38,6 +38,7 @@ private:
 
     LibraryState& library;
     BinaryFile own;
+    bool isOpen = false;
 };
 
 // Calls `read` with a PayloadFile. Readers share the lock and have a file each, unless a
