@@ -38,12 +38,21 @@ private:
     BrowserDatabaseItem* item;
 };
 
+// One that found no slot would belong to nobody.
+BrowserDatabase* MakeOwned(const FilePath& path, const String& subFolder, uint32_t flags)
+{
+    BrowserDatabase* library = MakeLibrary(path, subFolder, flags);
+    if (library && library->GetSlot() == noSlot)
+        CloseLibrary(std::exchange(library, nullptr));
+    return library;
+}
+
 BrowserDatabase* OpenOwn(const FilePath& folder, const char* name, uint32_t flags)
 {
     FilePath path;
     if (folder.IsEmpty() || !path.Set(folder) || !path.Append(name))
         return nullptr;
-    BrowserDatabase* library = MakeLibrary(path, String(), flags);
+    BrowserDatabase* library = MakeOwned(path, String(), flags);
     if (library)
         (void)library->Load(); // at the first start there is no file
     return library;
@@ -82,7 +91,7 @@ LibraryRef MakeUserLibrary()
     GetUserLibraryFolder(folder);
     if (folder.IsEmpty() || !path.SetJoined(folder, String(userFile)))
         return {};
-    BrowserDatabase* library = MakeLibrary(path, String(), LibraryUser);
+    BrowserDatabase* library = MakeOwned(path, String(), LibraryUser);
     if (!library)
         return {};
     const bool isThere = library->Load();
@@ -121,11 +130,11 @@ int32_t RegisterLibrary(BrowserURL& location, const String& name, const FilePath
     String subFolder("data ");
     if (!subFolder.Append(file.Last()))
         return noLibrary;
-    BrowserDatabase* library = MakeLibrary(file, subFolder, LibraryExternal);
+    BrowserDatabase* library = MakeOwned(file, subFolder, LibraryExternal);
     if (!library)
         return noLibrary;
     const bool isNamed = library->Load() ? NameRegistered(*library, location, name) : MakeRegistered(*library, location, name);
-    if (!isNamed || library->GetSlot() == noSlot) {
+    if (!isNamed) {
         CloseLibrary(library);
         return noLibrary;
     }

@@ -31,6 +31,7 @@ BrowserDatabase::BrowserDatabase(const FilePath& path, const String& subFolder, 
     if (!state.dataInFile && !FindImageFolder(path, subFolder, state.imagePath))
         state.imagePath.Clear();
     state.stamp = StampOf(path);
+    state.isDetached = state.stamp.length >= 0;
     if (host->run->edition(VX3_EDITION_LIBRARIES_FIXED, nullptr) && (flags & LibraryMain) == 0)
         state.readOnly = state.protectedLibrary = true;
     state.slot = TakeSlot(*this, flags); // others see it from here on
@@ -44,9 +45,7 @@ BrowserDatabase::~BrowserDatabase()
     {
         const WriteGuard guard(lock, rank);
         state.slot = noSlot;
-        for (size_t place = 0; place < state.items.PlaceCount(); place++)
-            if (ItemRecord* record = state.items.At(place))
-                UnindexItem(*record);
+        LeaveIndex();
     }
     WaitForHandles();
     state.items.Clear();
@@ -88,11 +87,23 @@ bool BrowserDatabase::Load()
     const WriteGuard guard(lock, rank);
     if (!suffix.IsEmpty())
         TakeName(name, suffix);
-    (void)EnterItems();
+    if (!EnterItems()) {
+        LeaveIndex(); // an item that cannot be found would be made a second time
+        state.items.Clear();
+        state.isDetached = true;
+        return false;
+    }
     if (state.damaged)
         state.dirty = state.rewriteWanted = true;
     UpgradeLibrary(state);
     return true;
+}
+
+void BrowserDatabase::LeaveIndex()
+{
+    for (size_t place = 0; place < state.items.PlaceCount(); place++)
+        if (ItemRecord* record = state.items.At(place))
+            UnindexItem(*record);
 }
 
 // Files below version 7 have other hashes.

@@ -38,7 +38,8 @@ public:
     // --- The file ---
 
     [[nodiscard]] bool CreateEmptyFile();
-    // False if there is no such file. One that is damaged is loaded as far as it goes.
+    // False if there is no such file, or if the disk or the memory failed: then it is empty, and is
+    // not written. One that is damaged is loaded as far as it goes.
     [[nodiscard]] bool Load();
     bool Flush(Force force = Force::No, AllowRewrite allowRewrite = AllowRewrite::No, IgnoreReadOnly ignoreReadOnly = IgnoreReadOnly::No);
     void FlushDirty();
@@ -80,7 +81,7 @@ public:
     bool NeedsRewrite() const;
     bool IsReferenceCopy() const;
     bool TakeDamaged(bool clear); // whether it is; forgotten with `clear`
-    void MarkReadOnly(); // in memory alone
+    void MarkReadOnly();          // in memory alone
     void MarkProtected();
     void MarkReferenceCopy();
     int32_t AttachCount() const;
@@ -100,6 +101,7 @@ private:
     bool WriteLocked();
     bool RewriteLocked();
     bool EnterItems();
+    void LeaveIndex();
     String FindFreeName(String& suffix);
     void TakeName(const String& name, const String& suffix);
     bool RenameItems(const String& oldName, const String& newName);

@@ -63,6 +63,19 @@ private:
     VX3DataFile* file = nullptr;
 };
 
+// Could the host read a container of that size now, if it were one? It does not tell why it
+// could not read one.
+bool CanReadContainers(uint64_t length)
+{
+    constexpr uint64_t growth = 16; // of a container over what is stored of it
+    Block probe;
+    BaseContainer plain, again;
+    MemoryDataFile written;
+    if (!probe.Alloc(static_cast<int64_t>(length * growth)) || !plain.SetInt32(1, 1) || !written.Write(plain) || !written.TakeBytes(probe))
+        return false;
+    return MemoryDataFile(probe.Bytes(), probe.Size()).Read(again);
+}
+
 } // namespace
 
 bool Block::Alloc(int64_t size, SourcePlace place)
@@ -142,12 +155,18 @@ bool InvalidateChunk(BinaryFile& file, uint64_t offset, ChunkTag expected)
     return header.tag == expected && file.SeekTo(place) && file.Write(tag, sizeof(tag));
 }
 
-bool ReadContainerPayload(BinaryFile& file, uint64_t length, BaseContainer& container)
+Reading ReadContainerPayload(BinaryFile& file, uint64_t length, BaseContainer& container)
 {
     Block payload;
-    if (length > BytesLeft(file) || !payload.Alloc(static_cast<int64_t>(length)))
-        return false;
-    return file.Read(payload.Bytes(), payload.Size()) == payload.Size() && MemoryDataFile(payload.Bytes(), payload.Size()).Read(container);
+    if (length > BytesLeft(file))
+        return file.IsUsable() ? Reading::Damaged : Reading::Failed;
+    if (!payload.Alloc(static_cast<int64_t>(length)) || file.Read(payload.Bytes(), payload.Size()) != payload.Size())
+        return Reading::Failed;
+    if (MemoryDataFile(payload.Bytes(), payload.Size()).Read(container))
+        return Reading::Done;
+    if (!CanReadContainers(length))
+        return Reading::Failed;
+    return MemoryDataFile(payload.Bytes(), payload.Size()).Read(container) ? Reading::Done : Reading::Damaged;
 }
 
 bool WriteContainerPayload(BinaryFile& file, const BaseContainer& container, int64_t& length)

@@ -75,8 +75,14 @@ private:
 // of any file is ever touched. The position is undefined afterwards.
 [[nodiscard]] bool InvalidateChunk(BinaryFile& file, uint64_t offset, ChunkTag expected);
 
+enum class Reading {
+    Done,
+    Damaged, // the bytes are not what they should be
+    Failed,  // for memory, or by the disk: they may be all right
+};
+
 // Containers as the payload of a chunk: without a header, at the file's position.
-[[nodiscard]] bool ReadContainerPayload(BinaryFile& file, uint64_t length, BaseContainer& container);
+[[nodiscard]] Reading ReadContainerPayload(BinaryFile& file, uint64_t length, BaseContainer& container);
 [[nodiscard]] bool WriteContainerPayload(BinaryFile& file, const BaseContainer& container, int64_t& length);
 
 // A whole chunk with a container at `offset`, whose length is patched when it is known: a

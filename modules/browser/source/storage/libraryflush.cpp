@@ -34,6 +34,18 @@ bool MakeBackup(LibraryState& library)
     return true;
 }
 
+// Behind a rewrite whose last renaming failed, and the way back too.
+bool TakeBackPlace(LibraryState& library)
+{
+    FilePath backup;
+    if (!library.isDisplaced)
+        return true;
+    if (!MakeSibling(library.filePath, ".bak", backup) || !host->folder->rename(backup.Value(), library.filePath.Value()))
+        return false;
+    library.isDisplaced = false;
+    return true;
+}
+
 bool WriteHead(LibraryState& library)
 {
     return library.file.SeekTo(0) && WriteChunkHeader(library.file, { ChunkTag::FileHead, 0, library.headLength });
@@ -121,7 +133,7 @@ bool WriteItemChanges(LibraryState& library, bool all)
 
 bool CreateEmptyFile(LibraryState& library)
 {
-    if (library.openCount != 0 || !library.file.Open(library.filePath, OpenMode::Create))
+    if (library.openCount != 0 || library.isDetached || !library.file.Open(library.filePath, OpenMode::Create))
         return false;
     const bool isWritten = WriteChunkHeader(library.file, { ChunkTag::FileHead, 0, 0 }) && WriteChunkHeader(library.file, closingChunk);
     const bool isClosed = library.file.Close();
@@ -140,7 +152,7 @@ bool OpenForUpdate(LibraryState& library)
         library.openCount++;
         return true;
     }
-    if (library.slot == noSlot && library.endOffset == 0)
+    if (library.isDetached || (library.slot == noSlot && library.endOffset == 0) || !TakeBackPlace(library))
         return false;
     if (!(StampOf(library.filePath) == library.stamp)) {
         TellChanged(library);

@@ -35,6 +35,8 @@ private:
     bool ReadInfo();
     bool ReadCategory();
     bool SkipPayload();
+    bool ReadPayload(uint64_t length, BaseContainer& container);
+    bool Succeeded(bool isDone);
     bool SeekBehindHeader() { return file.SeekTo(static_cast<int64_t>(position + chunkHeaderSize)); }
     ItemRecord* AddItem(int32_t id);
     void CountItem(int32_t id);
@@ -48,7 +50,8 @@ private:
     uint64_t next = 0;     // of the one behind it
     BrowserDatabaseChunk chunk;
     bool isSound = true;
-    bool isOver = false; // the closing chunk was met
+    bool hasFailed = false; // not for what stands in the file
+    bool isOver = false;    // the closing chunk was met
     uint64_t deadBytes = 0;
     uint64_t liveBytes = 0;
     int32_t infoChunks = 0;
@@ -64,10 +67,28 @@ bool Scan::Run()
     Reset();
     ReadHead();
     ReadChunks();
+    if (hasFailed || !file.IsUsable()) {
+        Reset();
+        return false;
+    }
     Conclude();
     (void)file.Close();
     library.stamp = StampOf(library.filePath);
+    library.isDetached = false;
     return true;
+}
+
+bool Scan::ReadPayload(uint64_t length, BaseContainer& container)
+{
+    const Reading reading = ReadContainerPayload(file, length, container);
+    return Succeeded(reading != Reading::Failed) && reading == Reading::Done;
+}
+
+// Of what can only fail for memory.
+bool Scan::Succeeded(bool isDone)
+{
+    hasFailed = hasFailed || !isDone;
+    return isDone;
 }
 
 void Scan::Reset()
@@ -146,7 +167,7 @@ bool Scan::SkipPayload()
 ItemRecord* Scan::AddItem(int32_t id)
 {
     ItemRecord* record = library.items.Add(id, owner);
-    if (record)
+    if (Succeeded(record != nullptr))
         CountItem(id);
     return record;
 }
@@ -164,17 +185,17 @@ bool Scan::ReadItem()
     if (!record)
         return false;
     record->chunk = position;
-    if (!ReadContainerPayload(file, chunk.length, record->values))
+    if (!ReadPayload(chunk.length, record->values))
         return false;
     library.endOffset = next;
-    return record->values.SetId(chunk.id);
+    return Succeeded(record->values.SetId(chunk.id));
 }
 
 // Of old files: the id stands in the container alone.
 bool Scan::ReadOldItem()
 {
     BaseContainer values;
-    if (!ReadContainerPayload(file, chunk.length, values))
+    if (!ReadPayload(chunk.length, values))
         return false;
     library.endOffset = next;
     const int32_t id = values.GetId();
@@ -214,7 +235,7 @@ bool Scan::ReadOldRecord(int64_t& left)
     if (length < 0)
         return file.Position() - length <= static_cast<int64_t>(fileLength) && file.SeekTo(file.Position() - length);
     BaseContainer values;
-    return left >= 0 && ReadContainerPayload(file, static_cast<uint64_t>(length), values) && StoreOldRecord(values);
+    return left >= 0 && ReadPayload(static_cast<uint64_t>(length), values) && StoreOldRecord(values);
 }
 
 bool Scan::StoreOldRecord(BaseContainer& values)
@@ -235,14 +256,14 @@ bool Scan::ReadInfo()
 {
     BaseContainer info;
     library.infoOffset = position;
-    if (!ReadContainerPayload(file, chunk.length, info))
+    if (!ReadPayload(chunk.length, info))
         return false;
     infoChunks++;
     library.version = info.GetInt32(InfoVersion, 0);
     library.libraryName = info.GetText(InfoName);
     library.readOnly = info.GetInt32(InfoReadOnly, 0) != 0;
     const BaseContainer* names = info.GetContainer(InfoNames);
-    return !names || library.localizedNames.Set(*names);
+    return !names || Succeeded(library.localizedNames.Set(*names));
 }
 
 bool Scan::ReadCategory()
@@ -250,11 +271,11 @@ bool Scan::ReadCategory()
     BaseContainer category;
     library.hasCategory = true;
     library.categoryOffset = position;
-    if (!ReadContainerPayload(file, chunk.length, category))
+    if (!ReadPayload(chunk.length, category))
         return false;
     library.category = category.GetText(CategoryText);
     const BaseContainer* names = category.GetContainer(CategoryNames);
-    return !names || library.localizedNames.Set(*names);
+    return !names || Succeeded(library.localizedNames.Set(*names));
 }
 
 // An info or category chunk behind the end of the log would be covered by the next write:

@@ -43,7 +43,8 @@ private:
     bool WriteItem(CopiedItem& item);
     bool WriteWithoutLost(CopiedItem& item);
     bool AppendItem(CopiedItem& item, const BaseContainer& values);
-    void PointTo(const CopiedItem& item, bool newFile);
+    bool PointTo(const CopiedItem& item, bool newFile);
+    bool AdoptItem(const CopiedItem& item);
     bool TakePlace();
     void Adopt();
     bool Append(ChunkTag tag, const BaseContainer& container, uint64_t& offset);
@@ -145,16 +146,18 @@ bool Rewrite::CopyPayloads()
     return true;
 }
 
-// What cannot be read is left out; false where something cannot be written.
+// What is no payload is left out. Where the disk or the memory fails, the whole rewrite does:
+// the payload may be all right.
 bool Rewrite::CopyPayload(CopiedPayload& payload)
 {
     Block bytes;
     BrowserDatabaseChunk header;
     const PayloadReference& old = payload.reference;
     payload.copy = lost;
-    if (!IsPayload(source, library, old, header) || !source.SeekTo(static_cast<int64_t>(old.offset)) || !ReadChunkPayload(source, bytes))
-        return source.IsUsable() || (source.Close() && source.Open(library.filePath, OpenMode::Read));
-    if (!WriteChunkWithPayload(target, header.tag, old.record->id, bytes.Bytes(), bytes.Size()))
+    if (!IsPayload(source, library, old, header))
+        return source.IsUsable();
+    if (!source.SeekTo(static_cast<int64_t>(old.offset)) || !ReadChunkPayload(source, bytes)
+        || !WriteChunkWithPayload(target, header.tag, old.record->id, bytes.Bytes(), bytes.Size()))
         return false;
     payload.copy = end;
     end += static_cast<uint64_t>(chunkHeaderSize + bytes.Size());
@@ -174,10 +177,10 @@ bool Rewrite::WriteItem(CopiedItem& item)
     for (size_t i = 0; i < item.payloadCount; i++)
         if (payloads[item.firstPayload + i].copy == lost)
             return WriteWithoutLost(item);
-    PointTo(item, true);
-    const bool isWritten = AppendItem(item, item.record->values);
-    PointTo(item, false);
-    return isWritten;
+    const bool isWritten = PointTo(item, true) && AppendItem(item, item.record->values);
+    if (!PointTo(item, false) && !PointTo(item, false))
+        library.isDetached = true;
+    return isWritten && !library.isDetached;
 }
 
 bool Rewrite::WriteWithoutLost(CopiedItem& item)
@@ -202,14 +205,16 @@ bool Rewrite::AppendItem(CopiedItem& item, const BaseContainer& values)
     return WriteContainerChunk(target, ChunkTag::Item, item.record->id, values, item.chunk, end);
 }
 
-// Replacing a number takes no memory, so the way back cannot fail.
-void Rewrite::PointTo(const CopiedItem& item, bool newFile)
+// Replacing a number takes no memory in the hosts that are known.
+bool Rewrite::PointTo(const CopiedItem& item, bool newFile)
 {
+    bool isDone = true;
     for (size_t i = 0; i < item.payloadCount; i++) {
         const CopiedPayload& payload = payloads[item.firstPayload + i];
         const PayloadReference& old = payload.reference;
-        (void)SetPayloadOffset(*old.record, old.kind, old.preview, newFile ? payload.copy : old.offset);
+        isDone = SetPayloadOffset(*old.record, old.kind, old.preview, newFile ? payload.copy : old.offset) && isDone;
     }
+    return isDone;
 }
 
 // If the last step fails, the old file goes back to its place.
@@ -221,8 +226,22 @@ bool Rewrite::TakePlace()
         return false;
     if (host->folder->rename(fresh.Value(), library.filePath.Value()) || !host->folder->exists(fresh.Value()))
         return true;
-    (void)host->folder->rename(backup.Value(), library.filePath.Value());
+    library.isDisplaced = !host->folder->rename(backup.Value(), library.filePath.Value());
     return false;
+}
+
+bool Rewrite::AdoptItem(const CopiedItem& item)
+{
+    bool isDone = true;
+    for (size_t i = 0; i < item.payloadCount; i++) {
+        const CopiedPayload& payload = payloads[item.firstPayload + i];
+        const PayloadReference& old = payload.reference;
+        if (payload.copy == lost && old.kind == PayloadKind::Preview)
+            (void)old.record->values.FindContainer(ItemPreviews)->Remove(old.preview);
+        else
+            isDone = SetPayloadOffset(*old.record, old.kind, old.preview, payload.copy == lost ? 0 : payload.copy) && isDone;
+    }
+    return isDone;
 }
 
 void Rewrite::Adopt()
@@ -230,14 +249,8 @@ void Rewrite::Adopt()
     for (const CopiedItem& item : items) {
         item.record->chunk = item.chunk;
         item.record->isChanged = false;
-        for (size_t i = 0; i < item.payloadCount; i++) {
-            const CopiedPayload& payload = payloads[item.firstPayload + i];
-            const PayloadReference& old = payload.reference;
-            if (payload.copy == lost && old.kind == PayloadKind::Preview)
-                (void)old.record->values.FindContainer(ItemPreviews)->Remove(old.preview);
-            else
-                (void)SetPayloadOffset(*old.record, old.kind, old.preview, payload.copy == lost ? 0 : payload.copy);
-        }
+        if (!AdoptItem(item) && !AdoptItem(item))
+            library.isDetached = true;
     }
     for (size_t place = 0; place < library.items.PlaceCount(); place++)
         if (ItemRecord* record = library.items.At(place); record && record->state == ItemState::Deleted) {

@@ -65,6 +65,8 @@ struct LibraryState {
     bool dataInFile = true;
     bool rewriteWanted = false;
     bool needsBackup = false; // before the next write
+    bool isDetached = false;  // memory has not what the file has, which is never written over then
+    bool isDisplaced = false; // the file stands under its other name, since a renaming failed
 };
 
 // How the file is now.
