@@ -40,6 +40,7 @@ protected:
 
     browser::BrowserDatabase& MakeEmpty(const char* path = usualFile, uint32_t flags = 0)
     {
+        testHost.FileSystem().Remove(path); // one that is there is never written over
         browser::BrowserDatabase& library = Make(path, flags);
         EXPECT_TRUE(library.CreateEmptyFile());
         return library;
