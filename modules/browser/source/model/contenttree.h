@@ -25,7 +25,7 @@ struct ContentTree {
     GlobalRef<BrowserContentNode> defaultObjects;
     BrowserDatabase* mainDatabase = nullptr;     // of favourites, recent entries and stored previews; in slot 0
     BrowserDatabase* defaultsDatabase = nullptr; // of what new objects begin as; both belong to the table of libraries
-    std::atomic<bool> ready = false; // all libraries are loaded: the host may be told of changes
+    std::atomic<bool> ready = false;             // all libraries are loaded: the host may be told of changes
 
     BrowserContentNode* Computer() const { return indexedRoots[size_t(RootIndex::Computer)].Get(); }
     BrowserContentNode* Presets() const { return indexedRoots[size_t(RootIndex::Presets)].Get(); }
