@@ -53,7 +53,7 @@ void PrintInfo(const ReadLibrary& library, const LibraryCheck& unused)
     PrintField("Chunks:", ChunkCounts(scan));
     PrintField("Live bytes:", std::to_string(scan.liveBytes));
     PrintField("Dead bytes:", std::to_string(scan.deadBytes));
-    PrintField("Unused:", std::to_string(unused.unusedPayloads) + " payloads, " + std::to_string(unused.unusedBytes) + " bytes");
+    PrintField("Unused:", Counted(unused.unusedPayloads, "payload") + ", " + std::to_string(unused.unusedBytes) + " bytes");
     PrintField("Rewrite due:", YesOrNo(scan.IsRewriteDue()));
     PrintField("Closed:", YesOrNo(scan.end == WalkEnd::Closed));
     PrintField("Damaged:", YesOrNo(scan.IsDamaged()));
@@ -248,8 +248,8 @@ void NoteUnused(Findings& findings, const LibraryCheck& check)
 {
     if (check.unusedPayloads > 0)
         findings.Note("unused", 0,
-                      std::to_string(check.unusedPayloads) + " payloads are named by no item; a rewrite frees their "
-                          + std::to_string(check.unusedBytes) + " bytes");
+                      Counted(check.unusedPayloads, "payload") + " that no item names; a rewrite frees " + std::to_string(check.unusedBytes)
+                          + " bytes");
 }
 
 int EndOfCheck(const std::string& path, const ReadLibrary& library, const LibraryCheck& check)
@@ -329,8 +329,9 @@ int RunLibCheck(const Command& command)
         PrintFindings(library.scan.findings);
     int code = EndOfCheck(path, library, check);
     if (code == static_cast<int>(Exit::Done) && !command.Has(Option::Json))
-        std::printf("%s is whole: %zu items, %" PRId64 " payloads of %" PRIu64 " bytes\n", Shown(path).c_str(), library.scan.items.size(),
-                    check.payloads, check.payloadBytes);
+        std::printf("%s is whole: %s, %s of %" PRIu64 " bytes\n", Shown(path).c_str(),
+                    Counted(static_cast<int64_t>(library.scan.items.size()), "item").c_str(), Counted(check.payloads, "payload").c_str(),
+                    check.payloadBytes);
     return code;
 }
 

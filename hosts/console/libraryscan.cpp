@@ -310,11 +310,13 @@ void Scan::ConcludeEnd()
     if (scan.end == WalkEnd::NoLibrary)
         scan.findings.Damage("no-library", 0, scan.fileLength ? "this is no library file" : "the file is empty");
     else if (scan.end == WalkEnd::CutHeader)
-        scan.findings.Note("open-end", scan.stop, std::to_string(left) + " bytes stand at the end, less than a chunk");
+        scan.findings.Note("open-end", scan.stop,
+                           "the closing chunk is missing, and at the end stands less than a header: "
+                               + Counted(static_cast<int64_t>(left), "byte"));
     else if (scan.end == WalkEnd::Open)
         scan.findings.Note("open-end", scan.stop, "the closing chunk is missing, as after a crash; nothing is lost by that");
     else if (scan.end == WalkEnd::Closed && left > 0)
-        scan.findings.Note("tail", scan.stop, std::to_string(left) + " bytes stand behind the closing chunk");
+        scan.findings.Note("tail", scan.stop, "bytes behind the closing chunk: " + std::to_string(left));
 }
 
 void Scan::ConcludeInfo()
@@ -401,6 +403,11 @@ VX3FileDate UnpackDate(ContainerView packed)
     date.minute = static_cast<uint16_t>(time >> 20 & 0x3F);
     date.second = static_cast<uint16_t>(time >> 14 & 0x3F);
     return date;
+}
+
+std::string Counted(int64_t count, const char* what)
+{
+    return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
 }
 
 std::string ChunkText(const Chunk& chunk)

@@ -2,7 +2,6 @@
 // which containers are read and payloads are passed over.
 #pragma once
 
-#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -126,7 +125,7 @@ LibraryScan ScanLibrary(LibraryFile& file);
 std::string LanguageText(uint32_t packed); // "us"
 VX3FileDate UnpackDate(ContainerView packed);
 
-// Adds to the sentence what no reader of it should have to look up.
-std::string ChunkText(const Chunk& chunk); // "the chunk 'bina' of item 5"
+std::string Counted(int64_t count, const char* what); // "1 item", "2 items"
+std::string ChunkText(const Chunk& chunk);            // "the chunk 'bina' of item 5"
 
 } // namespace vx3::console

@@ -123,7 +123,8 @@ void Rows::AddNested(Group group, ContainerView nested, ValueRow row)
     if (group == Group::Date)
         row.text = DateText(UnpackDate(nested));
     else
-        row.text = std::to_string(nested.Count()) + " entries" + (nested.Id() ? ", id " + std::to_string(nested.Id()) : "");
+        row.text = std::to_string(nested.Count()) + (nested.Count() == 1 ? " entry" : " entries")
+            + (nested.Id() ? ", id " + std::to_string(nested.Id()) : "");
     rows.push_back(row);
     if (group != Group::Date)
         Add(group, nested, row.keys + ".", row.name + ".");
