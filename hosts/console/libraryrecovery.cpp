@@ -162,26 +162,36 @@ int FailWith(const Failure& failure)
     return static_cast<int>(failure.exit);
 }
 
-// There is nothing to put in place of the file.
-int LeaveAsItIs(const Candidate& file, const Candidate* best)
+// A rewrite may have left out only what was deleted, or a new file was begun where the old one
+// was missing: the user knows.
+void TellOfMore(const std::vector<Candidate>& candidates)
 {
+    const Candidate& file = candidates.front();
+    for (const Candidate& other : candidates)
+        if (other.soundItems > file.soundItems)
+            Say(Quoted(file.path) + " is whole; " + Quoted(other.path) + " has " + Counted(other.soundItems - file.soundItems, "more item")
+                + ", and vx3 lib recover takes it if it is named too");
+}
+
+// There is nothing to put in place of the file.
+int LeaveAsItIs(const std::vector<Candidate>& candidates, const Candidate* best)
+{
+    const Candidate& file = candidates.front();
     if (!best && file.quality == Quality::Missing)
         return FailWith({ Exit::NotFound, Quoted(file.path) + ": not found, nor anything to recover it from" });
     if (!best)
         return FailWith({ file.failure.exit, file.failure.sentence + ", and there is nothing to recover it from" });
     if (!file.IsSound())
         return FailWith({ Exit::Damaged, Quoted(file.path) + " is damaged, and nothing beside it is better" });
+    TellOfMore(candidates);
     return static_cast<int>(Exit::Done);
 }
 
 int PutInPlace(const Command& command, const Candidate& file, const Candidate& best)
 {
-    if (!command.Has(Option::Yes)) {
-        bool isMissing = file.quality == Quality::Missing;
-        return FailWith({ Exit::Refused,
-                          Quoted(best.path) + (isMissing ? " can take the place of " : " is better than ") + Quoted(file.path)
-                              + "; with --yes it is put in place" });
-    }
+    if (!command.Has(Option::Yes))
+        return FailWith(
+            { Exit::Refused, Quoted(best.path) + " can take the place of " + Quoted(file.path) + "; with --yes it is put there" });
     std::string kept;
     if (Failure failure = ReplaceLibrary(best.path, file.path, kept))
         return FailWith(failure);
@@ -194,18 +204,25 @@ int PutInPlace(const Command& command, const Candidate& file, const Candidate& b
 int RunLibRecover(const Command& command)
 {
     const std::string& path = LibraryPath(command);
-    std::vector<Candidate> candidates;
-    for (const char* suffix : { "", ".bak", ".new" })
-        candidates.push_back(Examine(path + suffix));
+    constexpr size_t sourceArgument = 2;
+    bool isNamed = command.arguments.size() > sourceArgument;
+    std::vector<Candidate> candidates = { Examine(path) };
+    if (isNamed)
+        candidates.push_back(Examine(command.arguments[sourceArgument]));
+    else
+        for (const char* suffix : { ".bak", ".new" })
+            candidates.push_back(Examine(path + suffix));
     if (IsInterrupted())
         return FailWith({ Exit::Cancelled, "cancelled" });
     const Candidate& file = candidates.front();
     // What is there and is no file, or may not be read, is not put aside.
     if (file.quality == Quality::Unusable && file.failure.exit != Exit::Damaged)
         return FailWith(file.failure);
-    const Candidate* best = FindBest(candidates);
+    if (isNamed && !candidates.back().IsUsable())
+        return FailWith(candidates.back().failure);
+    const Candidate* best = isNamed ? &candidates.back() : FindBest(candidates);
     Tell(command, candidates, best);
-    return !best || best == &file ? LeaveAsItIs(file, best) : PutInPlace(command, file, *best);
+    return !best || best == &file ? LeaveAsItIs(candidates, best) : PutInPlace(command, file, *best);
 }
 
 } // namespace vx3::console

@@ -105,10 +105,10 @@ constexpr SubVerbRow subVerbTable[] = {
       "A line for each chunk: offset, kind, id, length, and whether it is in use, with the values of its container below. Chunks "
       "that the browser does not come to are unread.",
       RunLibDump },
-    { Verb::Lib, "recover", "FILE", 1, 1, Bit(Option::Yes),
-      "Compares the file with FILE.bak and FILE.new, which a rewrite leaves behind, and tells which is best. If it is another one, "
-      "ends with 5; with --yes that is put in place and the file that was there kept as FILE.damaged. Ends with 4 if the file is "
-      "damaged and none is better.",
+    { Verb::Lib, "recover", "FILE [SOURCE]", 1, 2, Bit(Option::Yes),
+      "Compares the file with FILE.bak and FILE.new, which a rewrite leaves behind, or with SOURCE, and tells which is best; a SOURCE "
+      "that can be read always is. If it is not FILE, ends with 5; with --yes it is copied to FILE, and what was there is kept as "
+      "FILE.damaged. Ends with 4 if FILE is damaged and none is better.",
       RunLibRecover },
 };
 

@@ -348,7 +348,7 @@ class Recovery(LibraryCase):
             with self.subTest(file=file and file[-40:], bak=bak and bak[-40:], new=fresh and fresh[-40:]):
                 self.put(file=file, bak=bak, new=fresh)
                 before = self.snapshot()
-                sentence = None if code == DONE else "vx3:"
+                sentence = "has 1 more item" if file == two and bak == three else None if code == DONE else "vx3:"
                 result = self.lib(code, "recover", "a.libvx", "--json", sentence=sentence)
                 self.assertEqual(self.best(result), [] if best is None else ["a.libvx" + best])
                 self.assertEqual(self.snapshot(), before)
@@ -362,6 +362,20 @@ class Recovery(LibraryCase):
                     expected[main + b".damaged"] = expected[main]
                 expected[main] = before[main + best.encode()]
                 self.assertEqual(self.snapshot(), expected)
+
+    def test_a_named_source_is_taken(self):
+        two, three = small_library(2).closed(), small_library(3).closed()
+        self.put(file=two, bak=three)
+        words = ["a.libvx", "a.libvx.bak"]
+        self.assertEqual(self.best(self.lib(REFUSED, "recover", *words, "--json", sentence="can take the place")), words[1:])
+        self.lib(DONE, "recover", *words, "--yes", sentence="is recovered from")
+        with open(self.path("a.libvx"), "rb") as stream:
+            self.assertEqual(stream.read(), three)
+        before = self.snapshot()
+        self.lib(NOT_FOUND, "recover", "a.libvx", "none", "--yes", sentence="'none': not found")
+        self.lib(DAMAGED, "recover", "a.libvx", self.write("text", b"text"), "--yes", sentence="is no library file")
+        os.remove(self.path("text"))
+        self.assertEqual(self.snapshot(), before)
 
     def test_what_was_kept_before_stays(self):
         two = small_library(2).closed()
