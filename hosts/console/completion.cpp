@@ -28,11 +28,6 @@ std::string VerbNames()
     return names;
 }
 
-std::string FirstWords(const VerbRow& row)
-{
-    return row.verb == Verb::Help ? VerbNames() : Words(row.choices);
-}
-
 bool TakesFiles(const VerbRow& row)
 {
     return row.takes == Takes::Place || row.takes == Takes::File;
@@ -76,9 +71,11 @@ std::string BashVerbs()
 {
     std::string script;
     for (const VerbRow& row : VerbTable()) {
-        std::string first = FirstWords(row);
-        script += std::string("        ") + row.name + ") options='" + OptionNames(row.verb) + "'; words='" + first
-            + "'; places=" + (TakesFiles(row) ? "1" : "") + " ;;\n";
+        std::string first = Words(FirstWords(row));
+        // With words of its own, a verb takes files behind the first of them.
+        const char* places = !TakesFiles(row) ? "" : first.empty() ? "1" : "$behind";
+        script += std::string("        ") + row.name + ") options='" + OptionNames(row.verb) + "'; words='" + first + "'; places=" + places
+            + " ;;\n";
     }
     return script;
 }
@@ -94,7 +91,7 @@ std::string BashScript()
            "}\n"
            "_vx3()\n"
            "{\n"
-           "    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} verb= options= words= places= index\n"
+           "    local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} verb= options= words= places= behind= index\n"
            "    COMPREPLY=()\n"
            "    [[ $before == = ]] && before=${COMP_WORDS[COMP_CWORD-2]}\n"
            "    case $before in\n"
@@ -106,7 +103,7 @@ std::string BashScript()
         + OptionsWithValues()
         + ") [[ ${COMP_WORDS[index+1]} == = ]] && ((++index)); ((++index)) ;;\n"
           "            -*) ;;\n"
-          "            *) verb=${COMP_WORDS[index]}; break ;;\n"
+          "            *) [[ -n $verb ]] && behind=1 || verb=${COMP_WORDS[index]} ;;\n"
           "        esac\n"
           "    done\n"
           "    case $verb in\n"
@@ -150,8 +147,10 @@ std::string ZshVerb(const VerbRow& verb)
     for (const OptionRow& row : OptionTable())
         if (BelongsTo(row, verb.verb))
             script += ZshOption(row);
-    std::string first = FirstWords(verb);
-    if (TakesFiles(verb))
+    std::string first = Words(FirstWords(verb));
+    if (TakesFiles(verb) && !first.empty())
+        script += "            '1:word:(" + first + ")' '*:file:_files' ;;\n";
+    else if (TakesFiles(verb))
         script += "            '*:place:_files' ;;\n";
     else if (!first.empty())
         script += "            '1:word:(" + first + ")' ;;\n";
@@ -211,14 +210,23 @@ std::string FishOption(const OptionRow& row)
     return line + " -d " + FishText(row.help) + "\n";
 }
 
+std::string FishSubVerbs(const VerbRow& row, const std::string& words)
+{
+    std::string seen = "__fish_seen_subcommand_from ";
+    std::string line = "complete -c vx3 -n '" + seen + row.name + "; and ";
+    return line + "not " + seen + words + "' -a '" + words + "'\n" + line + seen + words + "' -F\n";
+}
+
 std::string FishScript()
 {
     std::string script = "# Completion of vx3 for fish.\ncomplete -c vx3 -f\n";
     for (const VerbRow& row : VerbTable()) {
         script += std::string("complete -c vx3 -n __fish_use_subcommand -a ") + row.name + " -d " + FishText(row.summary) + "\n";
         std::string seen = std::string("complete -c vx3 -n '__fish_seen_subcommand_from ") + row.name + "'";
-        std::string first = FirstWords(row);
-        if (TakesFiles(row))
+        std::string first = Words(FirstWords(row));
+        if (TakesFiles(row) && !first.empty())
+            script += FishSubVerbs(row, first);
+        else if (TakesFiles(row))
             script += seen + " -F\n";
         else if (!first.empty())
             script += seen + " -a '" + first + "'\n";

@@ -43,6 +43,15 @@ void PrintRow(const std::string& left, const std::string& right)
     PrintWrapped(right, secondColumn, column);
 }
 
+// The name and the arguments, then in a line of its own what it does.
+void PrintSubVerbs(Verb verb)
+{
+    std::printf("\nVerbs:\n");
+    for (const SubVerbRow& row : SubVerbTable())
+        if (row.verb == verb)
+            PrintRow(std::string(row.name) + " " + row.synopsis, row.text);
+}
+
 void PrintOptions(Verb verb, bool ofAllVerbs)
 {
     std::printf("\nOptions:\n");
@@ -79,6 +88,8 @@ void PrintHelp(Verb verb)
     const VerbRow& row = RowOf(verb);
     std::printf("Usage: vx3 %s [OPTION...]%s%s\n\n", row.name, *row.synopsis ? " " : "", row.synopsis);
     PrintWrapped(row.text, 0, 0);
+    if (!SubVerbNames(verb).empty())
+        PrintSubVerbs(verb);
     PrintOptions(verb, false);
     if (verb == Verb::Script)
         std::printf("\nLines of a script:\n%s", gui::ScriptHelp().c_str());

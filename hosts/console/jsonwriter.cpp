@@ -47,7 +47,24 @@ void JsonWriter::Name(const char* name)
 {
     if (line.back() != '{')
         line += ", ";
-    ((line += '"') += name) += "\":";
+    line += JsonText(name) + ":";
+}
+
+void JsonWriter::BeginObject(const char* name)
+{
+    Name(name);
+    line += '{';
+}
+
+void JsonWriter::BeginList(const char* name)
+{
+    Name(name);
+    line += '[';
+}
+
+void JsonWriter::BeginItem()
+{
+    line += line.back() == '[' ? "{" : ", {";
 }
 
 void JsonWriter::Text(const char* name, std::string_view utf8)

@@ -25,6 +25,13 @@ public:
     void Float(const char* name, double number);
     void Truth(const char* name, bool truth);
     void Null(const char* name);
+    // Entries within an entry: under a name, or in a list that stands under one.
+    void BeginObject(const char* name);
+    void EndObject() { line += '}'; }
+    void BeginList(const char* name);
+    void BeginItem();
+    void EndItem() { line += '}'; }
+    void EndList() { line += ']'; }
 
 private:
     void Name(const char* name);

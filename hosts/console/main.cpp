@@ -11,6 +11,7 @@ using namespace vx3::console;
 int Run(const Command& command)
 {
     switch (command.verb) {
+    case Verb::Lib: return RunLib(command);
     case Verb::Script: return RunScript(command);
     case Verb::Selfcheck: return RunSelfcheck(command);
     case Verb::Completion: return RunCompletion(command);

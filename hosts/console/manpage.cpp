@@ -63,11 +63,21 @@ std::string VerbsOf(const OptionRow& row)
     return BelongsTo(row, Verb::Completion) ? "" : " (" + names + ")";
 }
 
+std::string SubVerbs(Verb verb)
+{
+    std::string terms;
+    for (const SubVerbRow& row : SubVerbTable())
+        if (row.verb == verb)
+            terms += Term(row.name, row.synopsis, row.text);
+    return terms;
+}
+
 std::string VerbSections()
 {
     std::string page = ".SH VERBS\n";
     for (const VerbRow& row : VerbTable())
-        page += ".SS vx3 " + Roff(std::string(row.name) + (*row.synopsis ? " " : "") + row.synopsis) + "\n" + Sentences(row.text);
+        page += ".SS vx3 " + Roff(std::string(row.name) + (*row.synopsis ? " " : "") + row.synopsis) + "\n" + Sentences(row.text)
+            + SubVerbs(row.verb);
     return page;
 }
 
@@ -104,6 +114,7 @@ std::string ManualPage()
     page += Term("vx3 ls --sort size --reverse ~/Pictures", "", "lists a folder, the largest first");
     page += Term("vx3 copy a.png b.png shelf", "", "copies two files into the folder shelf");
     page += Term("vx3 stat --json preset:/", "", "tells of the root of the presets, for a program");
+    page += Term("vx3 lib check shelf.libvx", "", "reads a library file and tells what is wrong with it");
     return page;
 }
 

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "outcome.h"
+#include "verbs.h"
 
 namespace vx3::console {
 
@@ -22,9 +23,15 @@ constexpr uint32_t Bits(Verbs... verbs)
     return (Bit(verbs) | ...);
 }
 
-constexpr uint32_t listings = Bits(Verb::Roots, Verb::Ls, Verb::Stat, Verb::Tree, Verb::Plugins, Verb::Icons, Verb::Prefs);
+constexpr uint32_t Bit(Option option)
+{
+    return 1u << static_cast<uint32_t>(option);
+}
+
+constexpr uint32_t nodeListings = Bits(Verb::Roots, Verb::Ls, Verb::Stat, Verb::Tree, Verb::Plugins, Verb::Icons, Verb::Prefs);
+constexpr uint32_t listings = nodeListings | Bit(Verb::Lib);
 constexpr uint32_t changes = Bits(Verb::Mkdir, Verb::Rename, Verb::Move, Verb::Copy, Verb::Delete);
-constexpr uint32_t withModule = listings | changes | Bits(Verb::Script, Verb::Selfcheck);
+constexpr uint32_t withModule = nodeListings | changes | Bits(Verb::Script, Verb::Selfcheck);
 constexpr uint32_t everywhere = UINT32_MAX;
 
 constexpr VerbRow verbTable[] = {
@@ -61,6 +68,9 @@ constexpr VerbRow verbTable[] = {
     { Verb::Prefs, "prefs", "[get SETTING | set SETTING VALUE]", Takes::Word, "get|set", 0, 3, "read and write settings",
       "Lists all settings with their values, or reads or writes one, given by its number or its name. Settings are kept in the "
       "profile." },
+    { Verb::Lib, "lib", "VERB FILE [ARGUMENT...]", Takes::File, "", 1, anyNumber, "look into library files",
+      "Reads library and catalog files (.libvx, .catvx) without the browser. They are read as they are: none is locked, and none is "
+      "written but by recover with --yes. A file that the browser would call damaged ends with 4." },
     { Verb::Script, "script", "FILE", Takes::File, "", 1, 1, "use the windows by a script",
       "Plays what a user would do in the browser's windows, line by line, without a screen: clicks, keys, drags, waiting. What the "
       "script dumps is printed. The clock of the windows stands unless the script moves it. Files and folders that it makes lie in "
@@ -78,15 +88,41 @@ constexpr VerbRow verbTable[] = {
       "Explains the program or one verb. With --man it writes the manual page." },
 };
 
+constexpr SubVerbRow subVerbTable[] = {
+    { Verb::Lib, "info", "FILE", 1, 1, 0,
+      "Tells what the file is: name, version, category, items, chunks by kind, live and dead bytes, whether a rewrite is due and "
+      "whether it is damaged.",
+      RunLibInfo },
+    { Verb::Lib, "ls", "FILE [PATH]", 1, 2, Bit(Option::Sort) | Bit(Option::Reverse),
+      "Lists the items, or those at and below PATH: id, size of the data in bytes, number of previews, date of the last change, type "
+      "and path. Paths begin behind the URL of the library.",
+      RunLibLs },
+    { Verb::Lib, "check", "FILE", 1, 1, 0,
+      "Reads everything, data and previews too, and tells what is wrong and at which byte. What is worth knowing and not wrong is "
+      "told as a note.",
+      RunLibCheck },
+    { Verb::Lib, "dump", "FILE", 1, 1, Bit(Option::Raw),
+      "A line for each chunk: offset, kind, id, length, and whether it is in use, with the values of its container below. Chunks "
+      "that the browser does not come to are unread.",
+      RunLibDump },
+    { Verb::Lib, "recover", "FILE [SOURCE]", 1, 2, Bit(Option::Yes),
+      "Compares the file with FILE.bak and FILE.new, which a rewrite leaves behind, or with SOURCE, and tells which is best; a SOURCE "
+      "that can be read always is. If it is not FILE, ends with 5; with --yes it is copied to FILE, and what was there is kept as "
+      "FILE.damaged. Ends with 4 if FILE is damaged and none is better.",
+      RunLibRecover },
+};
+
 constexpr OptionRow optionTable[] = {
     { Option::Json, "json", Takes::Nothing, "", "", listings, "print one JSON document" },
-    { Option::Sort, "sort", Takes::Word, "ORDER", "name|modified|created|size|type|none", Bits(Verb::Ls, Verb::Tree),
+    { Option::Sort, "sort", Takes::Word, "ORDER", "name|modified|created|size|type|none", Bits(Verb::Ls, Verb::Tree, Verb::Lib),
       "order of the items; name if not given" },
-    { Option::Reverse, "reverse", Takes::Nothing, "", "", Bits(Verb::Ls, Verb::Tree), "turn the order around; folders stay first" },
+    { Option::Reverse, "reverse", Takes::Nothing, "", "", Bits(Verb::Ls, Verb::Tree, Verb::Lib),
+      "turn the order around; folders stay first" },
     { Option::Depth, "depth", Takes::Word, "N", "", Bit(Verb::Tree), "levels to descend; 0 draws the place alone" },
     { Option::DryRun, "dry-run", Takes::Nothing, "", "", changes, "ask and count, but change nothing" },
-    { Option::Yes, "yes", Takes::Nothing, "", "", Bit(Verb::Delete), "delete without asking" },
+    { Option::Yes, "yes", Takes::Nothing, "", "", Bits(Verb::Delete, Verb::Lib), "delete or recover without asking" },
     { Option::Trash, "trash", Takes::Nothing, "", "", Bit(Verb::Delete), "delete into the trash of the desktop" },
+    { Option::Raw, "raw", Takes::Nothing, "", "", Bit(Verb::Lib), "print the chunks without what is in them" },
     { Option::Names, "names", Takes::Nothing, "", "", Bit(Verb::Plugins), "print the type names of each plugin too" },
     { Option::Sheet, "sheet", Takes::File, "FILE", "", Bit(Verb::Icons), "draw all icons into a PNG file" },
     { Option::Folder, "folder", Takes::Folder, "DIR", "", Bit(Verb::Script), "the folder of the script, which is kept" },
@@ -174,6 +210,30 @@ std::string TakeWord(const std::string& word, Command& command)
     return {};
 }
 
+std::string FormOf(const VerbRow& verb)
+{
+    return std::string("the form is: vx3 ") + verb.name + " " + verb.synopsis;
+}
+
+// The first argument names the row, which tells of the others.
+std::string CheckSubVerb(const VerbRow& verb, const Command& command)
+{
+    const SubVerbRow* row = FindSubVerb(command.verb, command.arguments[0]);
+    std::string name = std::string(verb.name) + " " + command.arguments[0];
+    if (!row)
+        return std::string(verb.name) + " has no verb " + Quoted(command.arguments[0]);
+    uint32_t ofSome = 0;
+    for (const SubVerbRow& other : subVerbTable)
+        ofSome |= other.verb == command.verb ? other.options : 0;
+    for (const OptionRow& option : optionTable)
+        if (command.Has(option.option) && (ofSome & ~row->options & Bit(option.option)))
+            return name + " has no option --" + option.name;
+    size_t count = command.arguments.size() - 1;
+    if (count < row->least || count > row->most)
+        return "the form is: vx3 " + name + " " + row->synopsis;
+    return command.arguments[1].empty() ? "a file must not be empty" : "";
+}
+
 std::string CheckCommand(const Command& command)
 {
     if (command.Has(Option::Help) || command.Has(Option::Version))
@@ -185,7 +245,9 @@ std::string CheckCommand(const Command& command)
         if (command.Has(row.option) && !BelongsTo(row, command.verb))
             return std::string(verb.name) + " has no option --" + row.name;
     if (command.arguments.size() < verb.least || command.arguments.size() > verb.most)
-        return std::string("the form is: vx3 ") + verb.name + " " + verb.synopsis;
+        return FormOf(verb);
+    if (!SubVerbNames(command.verb).empty())
+        return CheckSubVerb(verb, command);
     if (verb.takes == Takes::Place && std::find(command.arguments.begin(), command.arguments.end(), "") != command.arguments.end()
         && command.verb != Verb::Rename)
         return "a place must not be empty";
@@ -197,6 +259,11 @@ std::string CheckCommand(const Command& command)
 std::span<const VerbRow> VerbTable()
 {
     return verbTable;
+}
+
+std::span<const SubVerbRow> SubVerbTable()
+{
+    return subVerbTable;
 }
 
 std::span<const OptionRow> OptionTable()
@@ -225,6 +292,32 @@ const VerbRow* FindVerb(const std::string& name)
 const VerbRow& RowOf(Verb verb)
 {
     return verbTable[static_cast<size_t>(verb)];
+}
+
+const SubVerbRow* FindSubVerb(Verb verb, const std::string& name)
+{
+    for (const SubVerbRow& row : subVerbTable)
+        if (row.verb == verb && name == row.name)
+            return &row;
+    return nullptr;
+}
+
+std::string SubVerbNames(Verb verb)
+{
+    std::string names;
+    for (const SubVerbRow& row : subVerbTable)
+        if (row.verb == verb)
+            (names += names.empty() ? "" : "|") += row.name;
+    return names;
+}
+
+std::string FirstWords(const VerbRow& row)
+{
+    std::string names = SubVerbNames(row.verb);
+    if (row.verb == Verb::Help)
+        for (const VerbRow& verb : verbTable)
+            (names += names.empty() ? "" : "|") += verb.name;
+    return names.empty() ? row.choices : names;
 }
 
 bool BelongsTo(const OptionRow& row, Verb verb)

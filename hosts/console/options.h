@@ -23,6 +23,7 @@ enum class Verb {
     Plugins,
     Icons,
     Prefs,
+    Lib,
     Script,
     Selfcheck,
     Completion,
@@ -30,7 +31,26 @@ enum class Verb {
     None
 };
 
-enum class Option { Json, Sort, Reverse, Depth, DryRun, Yes, Trash, Names, Sheet, Folder, Shot, Man, Profile, Lang, Module, Help, Version };
+enum class Option {
+    Json,
+    Sort,
+    Reverse,
+    Depth,
+    DryRun,
+    Yes,
+    Trash,
+    Raw,
+    Names,
+    Sheet,
+    Folder,
+    Shot,
+    Man,
+    Profile,
+    Lang,
+    Module,
+    Help,
+    Version
+};
 
 // What an option or an argument is, for completion.
 enum class Takes { Nothing, Word, File, Folder, Place };
@@ -45,6 +65,20 @@ struct VerbRow {
     size_t most;
     const char* summary;
     const char* text; // paragraphs, separated by line ends
+};
+
+struct Command;
+
+// A verb behind a verb, with arguments and options of its own.
+struct SubVerbRow {
+    Verb verb; // to which it belongs
+    const char* name;
+    const char* synopsis;
+    size_t least; // number of arguments behind the name
+    size_t most;
+    uint32_t options; // a bit for each of those that the verb has and not every one behind it
+    const char* text;
+    int (*run)(const Command& command);
 };
 
 struct OptionRow {
@@ -68,13 +102,17 @@ struct VariableRow {
 };
 
 std::span<const VerbRow> VerbTable();
+std::span<const SubVerbRow> SubVerbTable();
 std::span<const OptionRow> OptionTable();
 std::span<const ExitRow> ExitTable();
 std::span<const VariableRow> VariableTable();
 
 const VerbRow* FindVerb(const std::string& name);
 const VerbRow& RowOf(Verb verb);
+const SubVerbRow* FindSubVerb(Verb verb, const std::string& name); // none if the verb has no such
+std::string SubVerbNames(Verb verb);                               // separated by '|'; empty if it has none
 bool BelongsTo(const OptionRow& row, Verb verb);
+std::string FirstWords(const VerbRow& row); // that its first argument may be, separated by '|'; empty if any
 std::vector<std::string> SplitChoices(const std::string& choices, char separator = '|');
 
 // A command line that was understood.

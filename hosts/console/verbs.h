@@ -21,6 +21,14 @@ int RunPlugins(const Command& command, Session& session);
 int RunIcons(const Command& command, Session& session);
 int RunPrefs(const Command& command, Session& session);
 
+int RunLib(const Command& command);
+// The verbs behind it; none of these needs a session.
+int RunLibInfo(const Command& command);
+int RunLibLs(const Command& command);
+int RunLibCheck(const Command& command);
+int RunLibDump(const Command& command);
+int RunLibRecover(const Command& command);
+
 // Draws all icons into a PNG file.
 Failure SaveIconSheet(const Session& session, const std::string& file);
 

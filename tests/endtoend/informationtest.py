@@ -10,7 +10,7 @@ import unittest
 
 from case import DAMAGED, DONE, NOT_FOUND, PROGRAM, REFUSED, SECONDS, Case
 
-VERBS = ["roots", "ls", "stat", "tree", "mkdir", "rename", "move", "copy", "delete", "plugins", "icons", "prefs", "selfcheck",
+VERBS = ["roots", "ls", "stat", "tree", "mkdir", "rename", "move", "copy", "delete", "plugins", "icons", "prefs", "lib", "selfcheck",
          "completion", "help"]
 
 
@@ -121,7 +121,8 @@ class Words(unittest.TestCase):
         if not shutil.which("bash"):
             self.skipTest("no bash")
         cases = {"vx3 sel": "selfcheck", "vx3 ls --so": "--sort", "vx3 ls --sort mod": "modified", "vx3 prefs g": "get",
-                 "vx3 ls /us": "/usr", "vx3 tree --json --de": "--depth", "vx3 help st": "stat",
+                 "vx3 ls /us": "/usr", "vx3 lib ch": "check", "vx3 lib info --js": "--json",
+                 "vx3 lib --json info /us": "/usr", "vx3 tree --json --de": "--depth", "vx3 help st": "stat",
                  "vx3 --lang de sel": "selfcheck", "vx3 ls --sort = mod": "modified", "vx3 --lang = de sel": "selfcheck",
                  "vx3 --profile /tmp tree --de": "--depth"}
         for line, expected in cases.items():
