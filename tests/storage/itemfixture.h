@@ -40,7 +40,8 @@ protected:
 
     browser::BrowserDatabase& MakeEmpty(const char* path = usualFile, uint32_t flags = 0)
     {
-        testHost.FileSystem().Remove(path); // one that is there is never written over
+        if (testHost.FileSystem().Exists(path))
+            testHost.FileSystem().Remove(path);
         browser::BrowserDatabase& library = Make(path, flags);
         EXPECT_TRUE(library.CreateEmptyFile());
         return library;

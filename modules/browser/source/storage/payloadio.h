@@ -43,8 +43,8 @@ private:
 
 // Calls `read` with a PayloadFile. Readers share the lock and have a file each, unless a
 // writer keeps the library's open: what it wrote last may be in that one's buffer alone.
-template <class Reading>
-auto ReadPayloads(BrowserDatabase& library, Reading read)
+template <class Action>
+auto ReadPayloads(BrowserDatabase& library, Action read)
 {
     LibraryState& state = library.State();
     {
