@@ -85,6 +85,8 @@ bool LibraryFile::Read(uint64_t offset, void* bytes, size_t count)
 {
     if (offset > length || count > length - offset)
         return false;
+    if (count == 0)
+        return true;
     if (count > windowSize)
         return ReadDisk(offset, bytes, count);
     if (offset < windowOffset || offset + count > windowOffset + windowFilled) {
