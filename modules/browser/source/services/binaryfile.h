@@ -32,8 +32,8 @@ public:
     [[nodiscard]] bool WriteWord(uint32_t word) { return host->file->writeInt32(file, word); }
     bool IsUsable() const { return Position() >= 0; } // open, and no call has failed
     [[nodiscard]] bool SeekTo(int64_t offset) { return host->file->seek(file, offset, VX3_SEEK_ABSOLUTE); }
-    int64_t Position() const { return host->file->position(file); }
-    int64_t Length() const { return host->file->length(file); }
+    int64_t Position() const { return file ? host->file->position(file) : -1; }
+    int64_t Length() const { return file ? host->file->length(file) : -1; }
 
 private:
     VX3BinaryFile* file;

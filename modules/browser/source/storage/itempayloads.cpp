@@ -68,7 +68,8 @@ bool SetPayloadOffset(ItemRecord& record, PayloadKind kind, int32_t preview, uin
 bool DataPath(const LibraryState& library, const ItemRecord& record, FilePath& path)
 {
     String name;
-    return !library.dataInFile && name.SetInteger(record.id) && name.Append("_data") && path.SetJoined(library.imagePath, name);
+    return !library.dataInFile && !library.imagePath.IsEmpty() && name.SetInteger(record.id) && name.Append("_data")
+        && path.SetJoined(library.imagePath, name);
 }
 
 bool PreviewPath(const LibraryState& library, const BaseContainer& preview, FilePath& path)

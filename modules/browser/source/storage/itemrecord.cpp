@@ -56,12 +56,15 @@ FileDate UnpackDate(const BaseContainer* packed)
 
 bool IsSameFolded(const String& a, const String& b)
 {
-    return a.Length() == b.Length() && a.Lower() == b.Lower();
+    return host->text->compareFolding(a.Value(), b.Value()) == 0;
 }
 
 bool StartsWithFolded(const String& text, const String& prefix)
 {
-    return text.Length() >= prefix.Length() && IsSameFolded(text.Part(0, prefix.Length()), prefix);
+    if (text.Length() < prefix.Length())
+        return false;
+    const String part = text.Part(0, prefix.Length());
+    return part.Length() == prefix.Length() && IsSameFolded(part, prefix);
 }
 
 } // namespace browser

@@ -138,11 +138,11 @@ bool BrowserDatabase::MoveLibrary(const String& newPrefix)
     const String oldName = state.libraryName;
     String name = newPrefix;
     Array<int32_t> uses;
-    for (size_t place = 0; place < state.items.PlaceCount(); place++) {
-        ItemRecord* record = state.items.At(place);
-        if (!uses.Append(record && record->node ? record->node->TakeEntry(*record) : 0))
-            return false;
-    }
+    if (state.items.PlaceCount() > 0 && !uses.Extend(state.items.PlaceCount()))
+        return false;
+    for (size_t place = 0; place < state.items.PlaceCount(); place++)
+        if (ItemRecord* record = state.items.At(place); record && record->state == ItemState::Live && record->node)
+            uses[place] = record->node->TakeEntry(*record);
     const bool areRenamed = RenameItems(oldName, name);
     state.libraryName = std::move(name);
     state.dirty = state.infoDirty = true;
