@@ -40,8 +40,8 @@ struct SectionRow {
 // In the order of VX3Browser.
 constexpr SectionRow sectionTable[] = {
     { "windows", sizeof(VX3BrowserWindows), false, 0 },    { "tree", sizeof(VX3TreeFunctions), true, 0 },
-    { "icons", sizeof(VX3IconFunctions), true, 0 },        { "libraries", sizeof(VX3LibraryFunctions), false, 0 },
-    { "items", sizeof(VX3ItemFunctions), false, 0 },       { "plugins", sizeof(VX3PluginFunctions), true, 0 },
+    { "icons", sizeof(VX3IconFunctions), true, 0 },        { "libraries", sizeof(VX3LibraryFunctions), true, 0 },
+    { "items", sizeof(VX3ItemFunctions), true, 0 },        { "plugins", sizeof(VX3PluginFunctions), true, 0 },
     { "urls", sizeof(VX3UrlFunctions), true, 0 },          { "references", sizeof(VX3ReferenceFunctions), true, 0 },
     { "links", sizeof(VX3LinkFunctions), true, 0 },        { "nodes", sizeof(VX3NodeFunctions), true, 1 },
     { "sdkNodes", sizeof(VX3SdkNodeFunctions), false, 0 }, { "sdkPlugins", 0, false, 0 },

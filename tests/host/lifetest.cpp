@@ -68,6 +68,66 @@ void Browse(Life& life)
     browser->references->release(node);
 }
 
+// One item of the user's library, through the table.
+struct StoredItem {
+    StoredItem(const VX3Browser& published, const char* address)
+        : browser(published)
+    {
+        browser.urls->setText(&url, vx3::core::Text(address).Get());
+    }
+    ~StoredItem() { browser.urls->destruct(&url); }
+
+    bool Store(int32_t library, std::string_view data)
+    {
+        vx3::core::Text name("Oak");
+        return browser.items->store(library, &url, 1018107, name.Get(), data.data(), static_cast<int64_t>(data.size()));
+    }
+    std::string Read(const VX3Host& host, int32_t library)
+    {
+        int32_t type = 0;
+        void* bytes = nullptr;
+        int64_t length = 0;
+        if (!browser.items->read(library, &url, &type, nullptr, &bytes, &length))
+            return "none";
+        const std::string text(static_cast<const char*>(bytes), static_cast<size_t>(length));
+        host.memory->free(bytes);
+        return std::to_string(type) + " " + text;
+    }
+
+    const VX3Browser& browser;
+    VX3Url url = {};
+};
+
+TEST(Life, WhatIsStoredIsThereInTheNextOne)
+{
+    constexpr int32_t userLibrary = 1;
+    Life life;
+    ASSERT_TRUE(life.module.Start());
+    {
+        StoredItem oak(*life.Table(), "preset://user.libvx/Wood/Oak");
+        EXPECT_EQ(life.Table()->libraries->libraryId(&oak.url), userLibrary) << "before there is a file";
+        EXPECT_FALSE(life.Table()->items->exists(&oak.url));
+        EXPECT_TRUE(oak.Store(userLibrary, "the first"));
+        EXPECT_TRUE(oak.Store(userLibrary, "the second, and longer"));
+        EXPECT_TRUE(life.Table()->items->exists(&oak.url));
+        EXPECT_EQ(oak.Read(*life.host.Table(), userLibrary), "1018107 the second, and longer");
+        EXPECT_EQ(oak.Read(*life.host.Table(), 0), "none");
+        EXPECT_FALSE(oak.Store(99, "nowhere"));
+        EXPECT_FALSE(life.Table()->libraries->unregisterLibrary(0));
+    }
+    life.module.End();
+    life.ExpectNothingLeft();
+    EXPECT_TRUE(life.module.Load(BROWSER_MODULE));
+    ASSERT_TRUE(life.module.Start());
+    {
+        StoredItem elm(*life.Table(), "preset://user.libvx/Wood/Elm"), oak(*life.Table(), "preset://user.libvx/Wood/Oak");
+        EXPECT_TRUE(elm.Store(userLibrary, "another")) << "opens the library";
+        EXPECT_EQ(oak.Read(*life.host.Table(), userLibrary), "1018107 the second, and longer");
+    }
+    life.module.End();
+    life.ExpectNothingLeft();
+}
+
 TEST(Life, EachActionAnswersAsTold)
 {
     Life life;
