@@ -147,16 +147,6 @@ void BrowserHashNode::AddUses(const ItemRecord& record, int32_t uses)
         entry->uses.fetch_add(uses, std::memory_order_acq_rel);
 }
 
-bool BrowserHashNode::TakeEntryIfUnused(ItemRecord& record)
-{
-    const WriteGuard guard(nodeLock, LockRank::HashNode);
-    HashEntry* entry = EntryOf(record);
-    if (!entry || entry->uses.load(std::memory_order_acquire) != 0)
-        return false;
-    RemoveEntry(*entry);
-    return true;
-}
-
 int32_t BrowserHashNode::TakeEntry(ItemRecord& record)
 {
     const WriteGuard guard(nodeLock, LockRank::HashNode);

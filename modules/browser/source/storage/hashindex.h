@@ -40,8 +40,7 @@ public:
     bool ReleaseEntry(ItemRecord& record);
     void GiveBackUse(const ItemRecord& record) { AddUses(record, -1); }
     void AddUses(const ItemRecord& record, int32_t uses);
-    bool TakeEntryIfUnused(ItemRecord& record); // false if it is in use or absent
-    int32_t TakeEntry(ItemRecord& record);      // its uses; -1 if it is absent
+    int32_t TakeEntry(ItemRecord& record); // its uses; -1 if it is absent
     // A record of a library that can be written comes before one with the same path of a
     // library that cannot. `isReadOnly` tells of a record's library.
     void PutBefore(ItemRecord& record, bool (*isReadOnly)(const ItemRecord&));

@@ -12,22 +12,16 @@ BaseContainer* FindPreview(ItemRecord& record, int32_t number)
     return previews ? previews->FindContainer(number) : nullptr;
 }
 
-void RemoveFile(const FilePath& path)
-{
-    if (host->folder->exists(path.Value()))
-        (void)host->folder->remove(path.Value(), 0, 0, nullptr, nullptr, nullptr);
-}
-
 void RemoveExternals(LibraryState& library, ItemRecord& record)
 {
     FilePath path;
     if (DataPath(library, record, path))
-        RemoveFile(path);
+        (void)RemoveFile(path);
     const BaseContainer* previews = record.values.GetContainer(ItemPreviews);
     int32_t number = 0, type = 0;
     for (int32_t place = 0; previews && previews->EntryAt(place, number, type); place++)
         if (const BaseContainer* preview = previews->GetContainer(number); preview && PreviewPath(library, *preview, path))
-            RemoveFile(path);
+            (void)RemoveFile(path);
 }
 
 } // namespace

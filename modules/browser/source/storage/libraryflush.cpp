@@ -26,9 +26,8 @@ bool MakeBackup(LibraryState& library)
     FilePath backup;
     if (!MakeSibling(library.filePath, ".bak", backup))
         return false;
-    if (host->folder->exists(backup.Value()) && !host->folder->remove(backup.Value(), 0, 0, nullptr, nullptr, nullptr))
-        return false;
-    if (!host->folder->copy(library.filePath.Value(), backup.Value(), 0, library.stamp.length, nullptr, nullptr, nullptr))
+    if (!RemoveFile(backup)
+        || !host->folder->copy(library.filePath.Value(), backup.Value(), 0, library.stamp.length, nullptr, nullptr, nullptr))
         return false;
     library.needsBackup = false;
     return true;
@@ -91,12 +90,16 @@ bool WriteCategory(LibraryState& library)
     return true;
 }
 
-void RemoveDeleted(LibraryState& library, ItemRecord& record)
+// An item whose chunk could not be marked would come back at the next start: it is kept.
+bool RemoveDeleted(LibraryState& library, ItemRecord& record)
 {
     if (record.chunk)
         (void)InvalidateChunk(library.file, record.chunk, ChunkTag::Item);
     KillPayloads(library, record);
+    if (!library.file.IsUsable())
+        return false;
     library.items.Remove(record);
+    return true;
 }
 
 // Without success the record is still marked as changed, and as one that was never stored.
@@ -120,7 +123,7 @@ bool WriteItemChanges(LibraryState& library, bool all)
     for (ItemRecord* record : changed) {
         const bool isWanted = record->state != ItemState::DeletePending;
         if (isWritten && record->state == ItemState::Deleted)
-            RemoveDeleted(library, *record);
+            isWritten = RemoveDeleted(library, *record);
         else if (isWritten && isWanted && (record->isChanged || all))
             isWritten = WriteItem(library, *record);
         if (!isWritten || !isWanted)

@@ -71,8 +71,7 @@ bool Rewrite::Run()
         Adopt();
         return true;
     }
-    if (host->folder->exists(fresh.Value()))
-        (void)host->folder->remove(fresh.Value(), 0, 0, nullptr, nullptr, nullptr);
+    (void)RemoveFile(fresh);
     return false;
 }
 
@@ -220,9 +219,7 @@ bool Rewrite::PointTo(const CopiedItem& item, bool newFile)
 // If the last step fails, the old file goes back to its place.
 bool Rewrite::TakePlace()
 {
-    if (host->folder->exists(backup.Value()) && !host->folder->remove(backup.Value(), 0, 0, nullptr, nullptr, nullptr))
-        return false;
-    if (!host->folder->rename(library.filePath.Value(), backup.Value()))
+    if (!RemoveFile(backup) || !host->folder->rename(library.filePath.Value(), backup.Value()))
         return false;
     if (host->folder->rename(fresh.Value(), library.filePath.Value()) || !host->folder->exists(fresh.Value()))
         return true;

@@ -24,6 +24,11 @@ bool MakeSibling(const FilePath& path, const char* suffix, FilePath& sibling)
     return !name.IsEmpty() && name.Append(suffix) && sibling.Set(path) && sibling.SetLast(name);
 }
 
+bool RemoveFile(const FilePath& path)
+{
+    return !host->folder->exists(path.Value()) || host->folder->remove(path.Value(), 0, 0, nullptr, nullptr, nullptr);
+}
+
 bool MakeInfo(const LibraryState& library, BaseContainer& info)
 {
     return info.SetInt32(InfoVersion, currentVersion) && info.SetText(InfoName, library.libraryName)

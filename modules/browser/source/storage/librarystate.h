@@ -60,7 +60,6 @@ struct LibraryState {
     std::atomic<bool> readOnly = false; // also asked without the lock
     bool protectedLibrary = false;      // `readOnly` for good
     bool referenceCopy = false;
-    bool exactPaths = false;
     bool damaged = false;
     bool dataInFile = true;
     bool rewriteWanted = false;
@@ -75,6 +74,8 @@ bool operator==(const FileStamp& a, const FileStamp& b);
 
 // The file's name with something behind it, in the same folder.
 [[nodiscard]] bool MakeSibling(const FilePath& path, const char* suffix, FilePath& sibling);
+
+bool RemoveFile(const FilePath& path); // also true if there is none
 
 // The container of the info chunk, and of the category's.
 [[nodiscard]] bool MakeInfo(const LibraryState& library, BaseContainer& info);

@@ -67,11 +67,6 @@ int64_t LengthOfFile(const FilePath& path)
     return file.Open(path, OpenMode::Read) ? file.Length() : -1;
 }
 
-bool RemoveFile(const FilePath& path)
-{
-    return !host->folder->exists(path.Value()) || host->folder->remove(path.Value(), 0, 0, nullptr, nullptr, nullptr);
-}
-
 // --- Reading from the library ---
 
 BinaryFile* PayloadFile::Open(const PayloadReference& payload, BrowserDatabaseChunk& header)

@@ -20,7 +20,6 @@ bool CanBePayload(const void* bytes, int64_t size);
 [[nodiscard]] bool WriteWholeFile(const FilePath& path, const void* bytes, int64_t size);
 [[nodiscard]] bool ReadWholeFile(const FilePath& path, Block& bytes);
 [[nodiscard]] int64_t LengthOfFile(const FilePath& path); // -1 if it cannot be read
-bool RemoveFile(const FilePath& path);                    // also true if there is none
 
 // The library's file for the time of one reading, opened when it is first needed.
 class PayloadFile
