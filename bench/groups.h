@@ -34,5 +34,6 @@ void MeasureView(Scene& scene);
 void MeasureLists(Scene& scene);
 void MeasureIndex();
 void MeasureGrowth(Scene& scene);
+int MeasureLibrary(int count, char** arguments); // STEP FOLDER COUNT; what the program ends with
 
 } // namespace vx3::bench
