@@ -35,6 +35,8 @@ PAINTER = "QPainter"
 QWINDOW = "an empty window"
 COLLATOR = "QCollator"
 CRC = "CRC-32"
+TREE = "a locked tree"
+UNORDERED = "unordered_map"
 PLAIN = "plain calls"
 SQLITE = "SQLite"
 LMDB = "LMDB"
@@ -82,6 +84,9 @@ GOALS = [
     Goal("grid", "full_frame_ms.10000", 3, PAINTER, "direct_frame_ms.10000"),
     Goal("grid", "show_ms.10000", 0.7, QMODEL),
     Goal("start", "start_ms", 2, QWINDOW),
+    Goal("index", "build_ns.100000", 1.1, TREE),
+    Goal("index", "find_compare_ns.100000", 1.3, UNORDERED),
+    Goal("index", "find_compare_ns.1000000", 0.4, TREE),
     Goal("index", "crc_ns_per_byte", 1.1, CRC, "slice8_ns_per_byte", "slice by 8"),
     Goal("index", "hash_url_ns", 0.5, CRC, "bytewise_url_ns", "bytewise"),
     Goal("growth", "find_url_us.100000", 2, OURS, "find_url_us.1000", "vx3, 1,000"),
@@ -103,6 +108,11 @@ GOALS = [
     Goal("library", "compact_ms.{items}", 0.25, SQLITE, shown="SQLite, VACUUM"),
     Goal("library", "compact_ms.{items}", 1.5, PLAIN),
     Goal("library", "file_MiB.{items}", 1.05, PLAIN),
+    Goal("library", "commit_us.100000", 1.5, OURS, "commit_us.1000", "vx3, 1,000"),
+    Goal("library", "delete_item_us.100000", 1.5, OURS, "delete_item_us.1000", "vx3, 1,000"),
+    Goal("library", "same_hash_us.30000", 1.5, OURS, "same_hash_us.1000", "vx3, 1,000"),
+    Goal("library", "same_hash_close_us.30000", 1.5, OURS, "same_hash_close_us.1000", "vx3, 1,000"),
+    Goal("library", "remove_library_us.1000000", 2, OURS, "remove_library_us.10000", "vx3, 10,000"),
 ]
 
 
@@ -175,6 +185,7 @@ def ListLibraryContenders(commands, folder, items):
     yield Take(LMDB, "use")
     for name in (PLAIN, OURS, SQLITE):
         yield Take(name, "commits", clear, count=COMMITTED)
+    yield Take(OURS, "growth", clear)
 
 
 def ListContenders(program, data, items):
@@ -205,6 +216,8 @@ def ListContenders(program, data, items):
     yield Contender("start", QWINDOW, comparator("qtempty"), "start_ms")
     yield Contender("start", OURS, [studio, "--until-painted", "--profile", os.path.join(data, "profile"), folder("flat1k")], "start_ms")
     yield Contender("index", CRC, comparator("crcloops"))
+    yield Contender("index", TREE, comparator("hashmaps", "tree"))
+    yield Contender("index", UNORDERED, comparator("hashmaps", "unordered"))
     yield Contender("index", OURS, [program, "index"])
     yield Contender("growth", OURS, [program, "growth"])
     stores = {PLAIN: comparator("plainlibrary"), OURS: [program, "library"], SQLITE: comparator("sqlitelibrary"), LMDB: comparator("lmdblibrary")}
