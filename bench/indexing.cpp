@@ -14,6 +14,8 @@ using browser::String;
 
 namespace {
 
+constexpr bool anyCase = false; // of FindEntry: as items are searched
+
 struct Wanted {
     String path;
     uint32_t hash;
@@ -60,7 +62,7 @@ double FindTime(const std::vector<Wanted>& wanted)
     double start = NowSeconds();
     for (const Wanted& each : wanted)
         if (browser::BrowserHashNode* node = browser::FindNode(each.hash))
-            found += node->FindEntry(each.path, true) != nullptr;
+            found += node->FindEntry(each.path, anyCase) != nullptr;
     double taken = NowSeconds() - start;
     Demand(found == wanted.size(), "finding records");
     return taken / static_cast<double>(found);
