@@ -1,53 +1,30 @@
 // A library of many items on a real disk: written, opened, searched, changed and compacted.
 
-#include <memory>
+#include <filesystem>
 
 #include "core/values.h"
 #include "groups.h"
+#include "openlibrary.h"
 #include "records.h"
 #include "steps.h"
-#include "storage/browserdatabaseitem.h"
-#include "storage/librarytable.h"
 
 namespace vx3::bench {
 
 using browser::BrowserDatabase;
-using browser::BrowserDatabaseItem;
 using browser::String;
 
 namespace {
 
 constexpr char libraryFile[] = "ours.libvx"; // in the folder of the run
 
-struct Closing {
-    void operator()(BrowserDatabase* library) const { browser::CloseLibrary(library); }
-};
-using Library = std::unique_ptr<BrowserDatabase, Closing>;
-using Item = std::unique_ptr<BrowserDatabaseItem>;
-
 std::string FileOf(const std::string& folder)
 {
     return folder + '/' + libraryFile;
 }
 
-Library Make(const std::string& folder)
-{
-    core::Path path(FileOf(folder));
-    Library library(browser::MakeLibrary(browser::FilePath::Of(path.Get()), String(), 0));
-    Demand(library != nullptr, "making a library");
-    return library;
-}
-
-Library MakeEmpty(const std::string& folder)
-{
-    Library library = Make(folder);
-    Demand(library->CreateEmptyFile() && library->SetLibraryName(String("preset://studio.libvx")), "making a library file");
-    return library;
-}
-
 Library Load(const std::string& folder, size_t count)
 {
-    Library library = Make(folder);
+    Library library = MakeLibrary(FileOf(folder));
     Demand(library->Load() && !library->IsDamaged() && library->CountItems() == static_cast<int32_t>(count), "loading the library");
     return library;
 }
@@ -79,7 +56,7 @@ Item AddItem(BrowserDatabase& library, size_t number)
 void WriteAtOnce(const std::string& folder, size_t count)
 {
     double start = NowSeconds();
-    Library library = MakeEmpty(folder);
+    Library library = MakeEmptyLibrary(FileOf(folder));
     Demand(library->HoldFile(), "opening the library");
     for (size_t i = 0; i < count; i++)
         AddItem(*library, i);
@@ -95,7 +72,7 @@ void WriteAtOnce(const std::string& folder, size_t count)
 // The same bytes as if each item were written by somebody else: data, preview, record.
 void WriteLog(const std::string& folder, size_t count)
 {
-    Library library = MakeEmpty(folder);
+    Library library = MakeEmptyLibrary(FileOf(folder));
     Demand(library->HoldFile(), "opening the library");
     for (size_t i = 0; i < count; i++) {
         AddItem(*library, i);
@@ -106,7 +83,7 @@ void WriteLog(const std::string& folder, size_t count)
 
 void WriteOneByOne(const std::string& folder, size_t count)
 {
-    Library library = MakeEmpty(folder);
+    Library library = MakeEmptyLibrary(FileOf(folder));
     double start = NowSeconds();
     for (size_t i = 0; i < count; i++)
         AddItem(*library, i).release()->Release();
@@ -185,9 +162,26 @@ constexpr Step steps[] = {
     { "log", WriteLog },
     { "openlog", [](const std::string& folder, size_t count) { OpenAs("log_open_index_ms", folder, count); } },
     { "commits", WriteOneByOne },
+    { "growth", [](const std::string& folder, size_t) { MeasureLibraryGrowth(folder); } },
 };
 
 } // namespace
+
+Library MakeLibrary(const std::string& file)
+{
+    core::Path path(file);
+    Library library(browser::MakeLibrary(browser::FilePath::Of(path.Get()), String(), 0));
+    Demand(library != nullptr, "making a library");
+    return library;
+}
+
+Library MakeEmptyLibrary(const std::string& file)
+{
+    std::filesystem::remove(file);
+    Library library = MakeLibrary(file);
+    Demand(library->CreateEmptyFile() && library->SetLibraryName(String("preset://studio.libvx")), "making a library file");
+    return library;
+}
 
 int MeasureLibrary(int count, char** arguments)
 {

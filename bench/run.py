@@ -21,8 +21,9 @@ from dataclasses import dataclass
 
 import makedata
 
-GROUPS = ("list", "walk", "view", "lists", "grid", "start", "index", "growth", "library")
-ALL = "listing"
+LIBRARY = "library"
+GROUPS = ("list", "walk", "view", "lists", "grid", "start", "index", "growth", LIBRARY)
+LISTING = "listing"  # all but the library, which takes minutes
 PATIENCE = 600  # seconds, after which a contender hangs
 
 OURS = "vx3"
@@ -35,15 +36,20 @@ PAINTER = "QPainter"
 QWINDOW = "an empty window"
 COLLATOR = "QCollator"
 CRC = "CRC-32"
+TREE = "a locked tree"
+UNORDERED = "unordered_map"
 PLAIN = "plain calls"
 SQLITE = "SQLite"
 LMDB = "LMDB"
 
 ITEMS = 100_000  # of the library, unless told otherwise; its cases end with {items} until that is known
-ITEM_BYTES = 60_000  # of disk: what is stored of an item, and what is written anew of half of them
+STORED_BYTES = 30_000  # of an item on the disk
+ITEM_BYTES = 4_000  # and in memory
+STEP_BYTES = {"bulk": STORED_BYTES, "shrink": STORED_BYTES / 2 + ITEM_BYTES, "growth": 10_000}  # of memory for an item, if other
+DISK_BYTES = 50_000  # of an item, with what is written anew
 COMMITTED = 2_000  # items that are written one by one
 ROUNDS, LIBRARY_ROUNDS = 5, 3
-LIBRARY_FOLDER = "library"  # emptied before each contender, gone at the end
+LIBRARY_FOLDER = "library"  # of the data; emptied before each contender, gone at the end
 
 
 @dataclass
@@ -82,6 +88,9 @@ GOALS = [
     Goal("grid", "full_frame_ms.10000", 3, PAINTER, "direct_frame_ms.10000"),
     Goal("grid", "show_ms.10000", 0.7, QMODEL),
     Goal("start", "start_ms", 2, QWINDOW),
+    Goal("index", "build_ns.100000", 1.1, TREE),
+    Goal("index", "find_compare_ns.100000", 1.3, UNORDERED),
+    Goal("index", "find_compare_ns.1000000", 0.4, TREE),
     Goal("index", "crc_ns_per_byte", 1.1, CRC, "slice8_ns_per_byte", "slice by 8"),
     Goal("index", "hash_url_ns", 0.5, CRC, "bytewise_url_ns", "bytewise"),
     Goal("growth", "find_url_us.100000", 2, OURS, "find_url_us.1000", "vx3, 1,000"),
@@ -103,6 +112,11 @@ GOALS = [
     Goal("library", "compact_ms.{items}", 0.25, SQLITE, shown="SQLite, VACUUM"),
     Goal("library", "compact_ms.{items}", 1.5, PLAIN),
     Goal("library", "file_MiB.{items}", 1.05, PLAIN),
+    Goal("library", "commit_us.100000", 1.5, OURS, "commit_us.1000", "vx3, 1,000"),
+    Goal("library", "delete_item_us.100000", 1.5, OURS, "delete_item_us.1000", "vx3, 1,000"),
+    Goal("library", "same_hash_us.30000", 1.5, OURS, "same_hash_us.1000", "vx3, 1,000"),
+    Goal("library", "same_hash_close_us.30000", 1.5, OURS, "same_hash_close_us.1000", "vx3, 1,000"),
+    Goal("library", "remove_library_us.1000000", 2, OURS, "remove_library_us.10000", "vx3, 10,000"),
 ]
 
 
@@ -151,11 +165,21 @@ def Evict(path):
         os.posix_fadvise(file.fileno(), 0, 0, os.POSIX_FADV_DONTNEED)
 
 
+def WarmMemory(folder, size):
+    """Memory that nobody used for a while may be with the host of a virtual machine, and then costs ten times as much at first touch."""
+    block, path = bytes(1 << 20), os.path.join(folder, "warm")
+    with open(path, "wb", buffering=0) as file:
+        for _ in range(size // len(block)):
+            file.write(block)
+    os.remove(path)
+
+
 def ListLibraryContenders(commands, folder, items):
     """A process for each step. One contender after the other has its files, so that the disk has to hold those of one at a time."""
 
     def Take(name, step, *before, count=items):
-        return Contender("library", name, [*commands[name], step, folder, str(count)], before=(*before, os.sync))
+        warm = lambda: WarmMemory(folder, int(items * STEP_BYTES.get(step, ITEM_BYTES)))
+        return Contender(LIBRARY, name, [*commands[name], step, folder, str(count)], before=(*before, os.sync, warm))
 
     clear = lambda: Empty(folder)
     for name, file in ((PLAIN, "library.plain"), (OURS, "ours.libvx"), (SQLITE, "")):
@@ -175,6 +199,7 @@ def ListLibraryContenders(commands, folder, items):
     yield Take(LMDB, "use")
     for name in (PLAIN, OURS, SQLITE):
         yield Take(name, "commits", clear, count=COMMITTED)
+    yield Take(OURS, "growth", clear)
 
 
 def ListContenders(program, data, items):
@@ -205,6 +230,8 @@ def ListContenders(program, data, items):
     yield Contender("start", QWINDOW, comparator("qtempty"), "start_ms")
     yield Contender("start", OURS, [studio, "--until-painted", "--profile", os.path.join(data, "profile"), folder("flat1k")], "start_ms")
     yield Contender("index", CRC, comparator("crcloops"))
+    yield Contender("index", TREE, comparator("hashmaps", "tree"))
+    yield Contender("index", UNORDERED, comparator("hashmaps", "unordered"))
     yield Contender("index", OURS, [program, "index"])
     yield Contender("growth", OURS, [program, "growth"])
     stores = {PLAIN: comparator("plainlibrary"), OURS: [program, "library"], SQLITE: comparator("sqlitelibrary"), LMDB: comparator("lmdblibrary")}
@@ -263,19 +290,19 @@ def PrintTable(rows):
 def ReadArguments():
     parser = argparse.ArgumentParser(description="Measures the browser beside what one would take instead.")
     parser.add_argument("program", help="vx3-bench, with its comparators beside it")
-    parser.add_argument("groups", nargs="*", metavar="GROUP", help=f"{ALL} (all of them, the default), {', '.join(GROUPS)}")
+    parser.add_argument("groups", nargs="*", metavar="GROUP", help=f"{LISTING} (all but the library, the default), {', '.join(GROUPS)}")
     parser.add_argument("--rounds", type=int, help=f"how often each contender runs ({ROUNDS}; {LIBRARY_ROUNDS} where the library is among the groups)")
     parser.add_argument("--items", type=int, default=ITEMS, help=f"how many the library has ({ITEMS}); fewer for a quick try")
     parser.add_argument("--data", default=os.path.join(tempfile.gettempdir(), "vx3-bench"), help="where the files to list are made once and kept; nothing hidden, which the browser does not show")
     parser.add_argument("--json", help="writes the figures of all rounds there")
     arguments = parser.parse_args()
-    unknown = set(arguments.groups) - set(GROUPS) - {ALL}
+    unknown = set(arguments.groups) - set(GROUPS) - {LISTING}
     if unknown:
         parser.error(f"no such group: {', '.join(sorted(unknown))}")
-    if not arguments.groups or ALL in arguments.groups:
-        arguments.groups = list(GROUPS)
+    if not arguments.groups or LISTING in arguments.groups:
+        arguments.groups += [group for group in GROUPS if group != LIBRARY]
     if arguments.rounds is None:
-        arguments.rounds = LIBRARY_ROUNDS if "library" in arguments.groups else ROUNDS
+        arguments.rounds = LIBRARY_ROUNDS if LIBRARY in arguments.groups else ROUNDS
     if arguments.rounds < 1 or arguments.items < 2:
         parser.error("at least one round and two items are needed")
     return arguments
@@ -285,7 +312,7 @@ def Main():
     arguments = ReadArguments()
     if {"list", "walk", "grid", "start"} & set(arguments.groups):
         makedata.Provide(arguments.data)
-    if "library" in arguments.groups:
+    if LIBRARY in arguments.groups:
         CheckRoom(arguments.data, arguments.items)
     with Display("start" in arguments.groups) as hasDisplay:
         if "start" in arguments.groups and not hasDisplay:
@@ -299,8 +326,8 @@ def Main():
 
 def CheckRoom(data, items):
     os.makedirs(data, exist_ok=True)
-    if shutil.disk_usage(data).free < items * ITEM_BYTES:
-        sys.exit(f"The library needs {items * ITEM_BYTES / 1e9:.1f} GB of disk in {data}; --data names another place")
+    if shutil.disk_usage(data).free < items * DISK_BYTES:
+        sys.exit(f"The library needs {items * DISK_BYTES / 1e9:.1f} GB of disk in {data}; --data names another place")
 
 
 def Measure(arguments):
