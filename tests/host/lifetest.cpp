@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <filesystem>
 
+#include "core/registry.h"
 #include "core/values.h"
 #include "testing/testhost.h"
 #include "vx3/browser.h"
@@ -123,6 +125,35 @@ TEST(Life, WhatIsStoredIsThereInTheNextOne)
         StoredItem elm(*life.Table(), "preset://user.libvx/Wood/Elm"), oak(*life.Table(), "preset://user.libvx/Wood/Oak");
         EXPECT_TRUE(elm.Store(userLibrary, "another")) << "opens the library";
         EXPECT_EQ(oak.Read(*life.host.Table(), userLibrary), "1018107 the second, and longer");
+    }
+    life.module.End();
+    life.ExpectNothingLeft();
+}
+
+uintmax_t SizeOfUserLibrary(Life& life)
+{
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(life.host.Folder()))
+        if (entry.path().filename() == "User.libvx")
+            return entry.file_size();
+    return 0;
+}
+
+TEST(Life, TheCommandForItWritesTheLibrariesAnew)
+{
+    constexpr int32_t userLibrary = 1;
+    Life life([](vx3::core::HostSettings& settings) { settings.runMode = 0; });
+    ASSERT_TRUE(life.module.Start());
+    {
+        StoredItem oak(*life.Table(), "preset://user.libvx/Wood/Oak");
+        for (char letter : { 'a', 'b', 'c' })
+            EXPECT_TRUE(oak.Store(userLibrary, std::string(100, letter)));
+        const auto& commands = vx3::core::RegisteredCommands();
+        const auto clean = std::find_if(commands.begin(), commands.end(), [](const auto& command) { return command.id == 1018433; });
+        ASSERT_NE(clean, commands.end());
+        const uintmax_t before = SizeOfUserLibrary(life);
+        EXPECT_TRUE(clean->Execute());
+        EXPECT_LT(SizeOfUserLibrary(life), before);
+        EXPECT_EQ(oak.Read(*life.host.Table(), userLibrary), "1018107 " + std::string(100, 'c'));
     }
     life.module.End();
     life.ExpectNothingLeft();

@@ -1,9 +1,11 @@
 #include "host/browsercommands.h"
 
+#include "host/librarystore.h"
 #include "host/prefspage.h"
 #include "services/guitools.h"
 #include "services/preferences.h"
 #include "services/resources.h"
+#include "storage/librarytable.h"
 #include "ui/browserdialog.h"
 #include "ui/browsergadgets.h"
 #include "ui/windowregistry.h"
@@ -27,10 +29,12 @@ struct CommandRow {
 
 // --- What they do ---
 
+// What was loaded since the start, and not whole, is told with the window that shows it.
 bool OpenMainWindow()
 {
     BrowserURL url;
     GetStartUrl(url);
+    TellOfDamagedLibraries(true);
     return OpenBrowserWindow(url);
 }
 
@@ -44,6 +48,14 @@ bool OpenNextWindow()
 bool OpenPreferences()
 {
     return OpenPreferencePage(browserPreferencesId);
+}
+
+bool CleanLibraries()
+{
+    const BusyCursor busy;
+    if (!CompactAll())
+        WriteConsole("a library could not be written anew");
+    return true;
 }
 
 template <const char* const& Url>
@@ -123,6 +135,7 @@ constexpr CommandRow commandRows[] = {
     Anywhere(1018426, 5, Texts::NewWindow, OpenNextWindow),
     InWindow(1018431, 10, Texts::RescanFolder, [](BrowserDialog& window) { window.Rescan(); }),
     Anywhere(1018432, 11, Texts::OpenPreferences, OpenPreferences),
+    Anywhere(1018433, 12, Texts::CleanCache, CleanLibraries),
     InWindow(
         1019739, 14, Texts::GoForward, [](BrowserDialog& window) { (void)window.GoForward(); },
         [](BrowserDialog& window) { return window.CanGoForward(); }),
