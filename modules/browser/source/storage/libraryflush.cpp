@@ -18,6 +18,26 @@ void TellChanged(const LibraryState& library)
     host->console->line(line.Value());
 }
 
+// The date is asked for before the file is opened, which would make it if it had gone.
+bool HasOwnDate(const LibraryState& library)
+{
+    FileDate date = {};
+    const bool isThere = host->folder->date(library.filePath.Value(), VX3_DATE_MODIFIED, &date);
+    return isThere == (library.stamp.length >= 0) && (!isThere || CompareDates(date, library.stamp.date) == 0);
+}
+
+// From here on nobody else writes it, if the host can see to that.
+bool OpenOwn(LibraryState& library)
+{
+    if (!library.file.Open(library.filePath, OpenMode::Update))
+        return false;
+    if (library.file.Length() == library.stamp.length)
+        return true;
+    (void)library.file.Close();
+    TellChanged(library);
+    return false;
+}
+
 // Before the first write over what could not be read whole.
 bool MakeBackup(LibraryState& library)
 {
@@ -159,13 +179,11 @@ bool OpenForUpdate(LibraryState& library)
     library.idleReader.Leave(nullptr);
     if (library.isDetached || (library.slot == noSlot && library.endOffset == 0) || !TakeBackPlace(library))
         return false;
-    if (!(StampOf(library.filePath) == library.stamp)) {
+    if (!HasOwnDate(library)) {
         TellChanged(library);
         return false;
     }
-    if (!MakeBackup(library) || (library.endOffset == 0 && !CreateEmptyFile(library)))
-        return false;
-    if (!library.file.Open(library.filePath, OpenMode::Update))
+    if (!MakeBackup(library) || (library.endOffset == 0 && !CreateEmptyFile(library)) || !OpenOwn(library))
         return false;
     library.openCount = 1;
     return true;
@@ -175,8 +193,10 @@ bool CloseAfterUpdate(LibraryState& library)
 {
     if (--library.openCount > 0)
         return true;
+    FileStamp stamp = { library.file.Length(), {} };
     const bool isClosed = library.file.Close();
-    library.stamp = StampOf(library.filePath);
+    const bool isKnown = isClosed && stamp.length >= 0 && host->folder->date(library.filePath.Value(), VX3_DATE_MODIFIED, &stamp.date);
+    library.stamp = isKnown ? stamp : StampOf(library.filePath);
     return isClosed;
 }
 

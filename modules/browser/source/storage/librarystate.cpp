@@ -13,11 +13,6 @@ FileStamp StampOf(const FilePath& path)
     return { entry.size, entry.modified };
 }
 
-bool operator==(const FileStamp& a, const FileStamp& b)
-{
-    return a.length == b.length && CompareDates(a.date, b.date) == 0;
-}
-
 bool MakeSibling(const FilePath& path, const char* suffix, FilePath& sibling)
 {
     String name = path.Last();
@@ -26,7 +21,7 @@ bool MakeSibling(const FilePath& path, const char* suffix, FilePath& sibling)
 
 bool RemoveFile(const FilePath& path)
 {
-    return !host->folder->exists(path.Value()) || host->folder->remove(path.Value(), 0, 0, nullptr, nullptr, nullptr);
+    return !host->folder->exists(path.Value()) || host->folder->remove(path.Value(), VX3_REMOVE_FOR_GOOD, 0, nullptr, nullptr, nullptr);
 }
 
 bool MakeInfo(const LibraryState& library, BaseContainer& info)
