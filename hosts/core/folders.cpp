@@ -9,6 +9,7 @@
 #include "hoststate.h"
 #include "livecounts.h"
 #include "services.h"
+#include "sync.h"
 #include "values.h"
 #include "volumes.h"
 
@@ -70,7 +71,14 @@ VX3Bool CreateFolder(const VX3Path* path)
 
 VX3Bool Rename(const VX3Path* from, const VX3Path* to)
 {
-    return Guarded([&] { return VX3Bool(RenameWithoutReplacing(NativeBytes(*from), NativeBytes(*to))); });
+    return Guarded([&] {
+        const std::string source = NativeBytes(*from);
+        const std::string target = NativeBytes(*to);
+        if (!RenameWithoutReplacing(source, target))
+            return VX3Bool(0);
+        SyncFoldersOf(source, target);
+        return VX3Bool(1);
+    });
 }
 
 // Calls the operation and tells the caller whether it was the progress that ended it.
