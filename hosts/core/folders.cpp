@@ -81,6 +81,12 @@ VX3Bool Rename(const VX3Path* from, const VX3Path* to)
     });
 }
 
+// Does not wait for the disk: who moves has many files to move, and nothing that depends on the order.
+VX3Bool Move(const VX3Path* from, const VX3Path* to)
+{
+    return Guarded([&] { return VX3Bool(RenameWithoutReplacing(NativeBytes(*from), NativeBytes(*to))); });
+}
+
 // Calls the operation and tells the caller whether it was the progress that ended it.
 template <class Operation>
 VX3Bool RunWithProgress(VX3ProgressFunction function, void* user, VX3Bool* cancelled, Operation operation)
@@ -214,7 +220,7 @@ void Unwatch(VX3FolderWatch* watch)
 
 const VX3FolderServices* FolderServices()
 {
-    static constexpr VX3FolderServices services = { Exists,       Inspect,    Date,        CreateFolder, Rename,    Rename,      Copy,
+    static constexpr VX3FolderServices services = { Exists,       Inspect,    Date,        CreateFolder, Rename,    Move,        Copy,
                                                     Remove,       SameVolume, ProbeVolume, StartWalk,    NextEntry, WalkIsSound, EndWalk,
                                                     StartVolumes, NextVolume, EndVolumes,  Watch,        Unwatch };
     return &services;
