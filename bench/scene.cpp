@@ -37,6 +37,7 @@ core::HostSettings Settings(const std::string& profile, bool hasWindows)
 {
     constexpr int32_t withWindows = 0;
     core::HostSettings settings = core::SettingsBelow(profile);
+    settings.syncFiles = false; // a disk's wait is no work of ours
     if (hasWindows)
         settings.runMode = withWindows;
     return settings;

@@ -31,6 +31,7 @@ struct HostSettings {
     bool restricted = false;
     bool librariesFixed = false;
     bool deleteIntoTrash = false;
+    bool syncFiles = true;                                  // closing a written file, `sync` and renaming wait for the disk
     std::function<void(const std::string& utf8)> onConsole; // none: a line to stderr. Any thread
     std::function<void(const std::string& utf8)> onText;    // message box; none: as onConsole
 };

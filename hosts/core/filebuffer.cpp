@@ -11,6 +11,7 @@ void FileBuffer::Attach(std::unique_ptr<RawFile> openFile, bool mayWrite)
 {
     file = std::move(openFile);
     content = Content::Nothing;
+    pattern = {};
     start = 0;
     count = 0;
     position = 0;
@@ -71,18 +72,42 @@ int64_t FileBuffer::TakeBuffered(uint8_t* bytes, int64_t length)
     return taken;
 }
 
-bool FileBuffer::Refill()
+void FileBuffer::Announce()
+{
+    const ByteRange range = pattern.TakeAnnouncement();
+    if (range.length > 0)
+        file->Announce(range.offset, range.length);
+}
+
+// Brings at least the wanted bytes, of which there are fewer than the storage has room for.
+bool FileBuffer::Refill(int64_t wanted)
 {
     content = Content::Nothing;
     if (!HasStorage())
         return Fail();
-    int64_t got = file->ReadAt(position, storage.get(), capacity);
+    const int64_t window = pattern.WindowFor(position, wanted);
+    Announce();
+    int64_t got = file->ReadAt(position, storage.get(), window);
     if (got < 0)
         return Fail();
     start = position;
     count = got;
     content = Content::ReadAhead;
+    pattern.Note(start + count);
     return true;
+}
+
+int64_t FileBuffer::ReadDirectly(uint8_t* bytes, int64_t length)
+{
+    (void)pattern.WindowFor(position, length);
+    int64_t got = file->ReadAt(position, bytes, length);
+    if (got < 0) {
+        Fail();
+        return -1;
+    }
+    position += got;
+    pattern.Note(position);
+    return got;
 }
 
 int64_t FileBuffer::Read(void* bytes, int64_t length)
@@ -94,16 +119,11 @@ int64_t FileBuffer::Read(void* bytes, int64_t length)
     auto* out = static_cast<uint8_t*>(bytes);
     int64_t done = TakeBuffered(out, length);
     if (length - done >= capacity) {
-        int64_t got = file->ReadAt(position, out + done, length - done);
-        if (got < 0) {
-            Fail();
-            return -1;
-        }
-        position += got;
-        return done + got;
+        int64_t got = ReadDirectly(out + done, length - done);
+        return got < 0 ? -1 : done + got;
     }
     if (done < length) {
-        if (!Refill())
+        if (!Refill(length - done))
             return -1;
         done += TakeBuffered(out + done, length - done);
     }

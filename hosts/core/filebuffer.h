@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "rawfile.h"
+#include "readpattern.h"
 
 namespace vx3::core {
 
@@ -30,18 +31,21 @@ public:
 
 private:
     enum class Content { Nothing, ReadAhead, Pending };
-    static constexpr int64_t capacity = 64 * 1024;
+    static constexpr int64_t capacity = ReadPattern::largestWindow;
 
     bool Fail();
     bool Flush();
     bool FlushPending();
     bool HasStorage();
     int64_t TakeBuffered(uint8_t* bytes, int64_t length);
-    bool Refill();
+    bool Refill(int64_t wanted);
+    int64_t ReadDirectly(uint8_t* bytes, int64_t length);
+    void Announce();
     bool Keep(const void* bytes, int64_t length);
 
     std::unique_ptr<RawFile> file;
     std::unique_ptr<uint8_t[]> storage;
+    ReadPattern pattern;
     Content content = Content::Nothing;
     int64_t start = 0; // offset in the file of what the storage holds
     int64_t count = 0; // bytes there

@@ -9,6 +9,7 @@
 #include "hoststate.h"
 #include "livecounts.h"
 #include "services.h"
+#include "sync.h"
 #include "values.h"
 #include "volumes.h"
 
@@ -69,6 +70,19 @@ VX3Bool CreateFolder(const VX3Path* path)
 }
 
 VX3Bool Rename(const VX3Path* from, const VX3Path* to)
+{
+    return Guarded([&] {
+        const std::string source = NativeBytes(*from);
+        const std::string target = NativeBytes(*to);
+        if (!RenameWithoutReplacing(source, target))
+            return VX3Bool(0);
+        SyncFoldersOf(source, target);
+        return VX3Bool(1);
+    });
+}
+
+// Does not wait for the disk: who moves has many files to move, and nothing that depends on the order.
+VX3Bool Move(const VX3Path* from, const VX3Path* to)
 {
     return Guarded([&] { return VX3Bool(RenameWithoutReplacing(NativeBytes(*from), NativeBytes(*to))); });
 }
@@ -206,7 +220,7 @@ void Unwatch(VX3FolderWatch* watch)
 
 const VX3FolderServices* FolderServices()
 {
-    static constexpr VX3FolderServices services = { Exists,       Inspect,    Date,        CreateFolder, Rename,    Rename,      Copy,
+    static constexpr VX3FolderServices services = { Exists,       Inspect,    Date,        CreateFolder, Rename,    Move,        Copy,
                                                     Remove,       SameVolume, ProbeVolume, StartWalk,    NextEntry, WalkIsSound, EndWalk,
                                                     StartVolumes, NextVolume, EndVolumes,  Watch,        Unwatch };
     return &services;

@@ -6,6 +6,7 @@
 
 #include "hoststate.h"
 #include "services.h"
+#include "sync.h"
 #include "values.h"
 
 namespace vx3::core {
@@ -48,11 +49,24 @@ bool ReadWhole(const std::string& native, Image& image)
     return FileServices()->read(source.file, image.data(), length) == length;
 }
 
+// The old file stays whole until the new one takes its place, which is still open then:
+// another program that stores at this moment cannot have it and leaves it alone.
 bool WriteWhole(const std::string& native, const Image& image)
 {
-    ScopedFile target(native, VX3_OPEN_CREATE);
-    return target.isOpen && FileServices()->write(target.file, image.data(), static_cast<int64_t>(image.size()))
-        && FileServices()->sync(target.file) && FileServices()->close(target.file);
+    const std::string part = native + ".part";
+    ScopedFile target(part, VX3_OPEN_CREATE);
+    if (!target.isOpen)
+        return false;
+    std::error_code failure;
+    if (FileServices()->write(target.file, image.data(), static_cast<int64_t>(image.size())) && FileServices()->sync(target.file)) {
+        files::rename(part, native, failure);
+        if (!failure) {
+            SyncFoldersOf(part, native);
+            return FileServices()->close(target.file);
+        }
+    }
+    files::remove(part, failure);
+    return false;
 }
 
 bool ParseImage(const Image& image, VX3Container& container)
@@ -192,14 +206,7 @@ bool PreferenceStore::WriteFile(const Image& image) const
 {
     std::error_code failure;
     files::create_directories(folder, failure);
-    std::string part = folder + fileName + ".part";
-    if (WriteWhole(part, image)) {
-        files::rename(part, folder + fileName, failure); // the old file stays whole until this moment
-        if (!failure)
-            return true;
-    }
-    files::remove(part, failure);
-    return false;
+    return WriteWhole(folder + fileName, image);
 }
 
 } // namespace vx3::core

@@ -17,12 +17,14 @@ public:
 
     virtual int64_t ReadAt(int64_t offset, void* bytes, int64_t count) = 0; // less only at the end; -1 on an error
     virtual bool WriteAt(int64_t offset, const void* bytes, int64_t count) = 0;
-    virtual int64_t Length() = 0; // -1 on an error
+    virtual void Announce(int64_t, int64_t) { } // offset and count of what is read soon: a hint, for a disk
+    virtual int64_t Length() = 0;               // -1 on an error
     virtual bool Sync() = 0;
-    virtual bool Close() = 0; // false if a write was lost
+    virtual bool Close() = 0; // false if a write was lost, or may be if the machine stops now
 };
 
-// `mode` is one of VX3_OPEN. None on failure, with the reason for the user.
+// `mode` is one of VX3_OPEN. None on failure, with the reason for the user. A file of the
+// disk is written by one opening at a time (openwritable.h).
 std::unique_ptr<RawFile> OpenDiskFile(const std::string& native, int32_t mode, std::string& reason);
 std::unique_ptr<RawFile> OpenMemoryFile(const VX3Path& path, int32_t mode, std::string& reason);
 

@@ -110,6 +110,7 @@ HostSettings UserSettings()
     settings.temporaryFolder = TemporaryFolder();
     settings.desktopFolder = DesktopFolder(settings.homeFolder);
     settings.language = Language();
+    settings.syncFiles = Variable("VX3_SYNC") != "off";
     return settings;
 }
 

@@ -19,7 +19,11 @@ public:
         : entry(std::move(openEntry))
         , isWritable(mayWrite)
     {
+        entry->hasWriter = entry->hasWriter || isWritable; // under the lock of whoever opens
     }
+    TreeFile(const TreeFile&) = delete;
+    TreeFile& operator=(const TreeFile&) = delete;
+    ~TreeFile() override { Close(); }
 
     int64_t ReadAt(int64_t offset, void* bytes, int64_t count) override
     {
@@ -55,14 +59,17 @@ public:
     bool Close() override
     {
         std::lock_guard guard(TheMemory().lock);
-        if (isWritable)
+        if (isWritable) {
+            entry->hasWriter = false;
             TheMemory().TellChange(entry->parent);
+        }
+        isWritable = false;
         return true;
     }
 
 private:
     EntryRef entry;
-    bool isWritable;
+    bool isWritable; // and not closed
 };
 
 struct OpenFile {
@@ -118,6 +125,10 @@ std::unique_ptr<core::RawFile> OpenEntry(const std::string& native, int32_t mode
         return nullptr;
     if (entry->kind != EntryKind::File || entry->isUnreadable || (writes && entry->isReadOnly)) {
         reason = entry->kind == EntryKind::File ? "access is refused" : "not a regular file";
+        return nullptr;
+    }
+    if (writes && entry->hasWriter) {
+        reason = "it is open for writing already";
         return nullptr;
     }
     if (mode == VX3_OPEN_CREATE && !entry->bytes.empty()) {

@@ -105,6 +105,7 @@ EntryRef MemoryTree::CopyOf(const TreeEntry& original) const
 {
     auto copy = std::make_shared<TreeEntry>(original);
     copy->parent = nullptr;
+    copy->hasWriter = false;
     copy->children.clear();
     copy->byName.clear();
     for (const EntryRef& child : original.children)

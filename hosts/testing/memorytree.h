@@ -35,6 +35,7 @@ struct TreeEntry : std::enable_shared_from_this<TreeEntry> {
     bool isUnreadable = false;           // cannot be opened or listed
     int64_t listingFailsAt = neverFails; // a walk breaks off in front of this entry
     bool isMountPoint = false;
+    bool hasWriter = false; // is open for writing; a copy of the entry is not
 
     TreeEntry* parent = nullptr;    // not owned; none: the root, or taken out
     std::vector<EntryRef> children; // in the order of a listing

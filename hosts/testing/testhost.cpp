@@ -104,6 +104,7 @@ core::HostSettings TestHost::MakeSettings(const TestHostOptions& options)
     core::HostSettings settings = core::SettingsBelow(folder);
     settings.onConsole = KeepLine;
     settings.onText = KeepLine;
+    settings.syncFiles = false; // a test is not stopped by a power cut
     if (options.files == Files::InMemory)
         MoveFoldersIntoMemory(settings);
     if (options.adjust)

@@ -185,6 +185,34 @@ void KeepOpenFiles(Side& side)
     SayEntry(side, "renamed");
 }
 
+// The first file stays open; what the second opening says, and what it leaves.
+void UseWriters(Side& side)
+{
+    const VX3FileServices& files = *side.table.file;
+    for (const int32_t held : { VX3_OPEN_UPDATE, VX3_OPEN_CREATE, VX3_OPEN_READ }) {
+        Put(side, "one", "bytes");
+        VX3BinaryFile* first = files.create();
+        VX3BinaryFile* second = files.create();
+        side.Say("held", Open(side, first, "one", held));
+        for (const int32_t mode : { VX3_OPEN_UPDATE, VX3_OPEN_READ, VX3_OPEN_CREATE }) {
+            side.Say("second", Open(side, second, "one", mode));
+            side.Say("close", files.close(second));
+            SayEntry(side, "one");
+        }
+        side.Say("away", side.table.folder->rename(side.At("one").Get(), side.At("two").Get()));
+        side.Say("under its new name", Open(side, second, "two", VX3_OPEN_UPDATE));
+        files.close(second);
+        side.Say("another of its name", Open(side, second, "one", VX3_OPEN_UPDATE));
+        files.close(second);
+        side.Say("given back", files.close(first) && Open(side, second, "two", VX3_OPEN_UPDATE));
+        files.free(first);
+        files.free(second);
+        side.Say("freed", Open(side, first = files.create(), "two", VX3_OPEN_CREATE));
+        files.free(first);
+        side.table.folder->remove(side.At("two").Get(), 0, 0, nullptr, nullptr, nullptr);
+    }
+}
+
 void Inspect(Side& side)
 {
     Put(side, "plain", "12345");
@@ -360,6 +388,6 @@ TEST_P(MemoryParity, AnswersAsTheDiskDoes)
 }
 
 INSTANTIATE_TEST_SUITE_P(Operations, MemoryParity,
-                         ::testing::Values(UseFiles, OpenWhatIsNoFile, KeepOpenFiles, Inspect, Rename, Copy, Remove));
+                         ::testing::Values(UseFiles, UseWriters, OpenWhatIsNoFile, KeepOpenFiles, Inspect, Rename, Copy, Remove));
 
 } // namespace vx3::testing

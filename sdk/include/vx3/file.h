@@ -1,9 +1,15 @@
 /* Files and compression.
  *
  * A binary file is created, opened, used by one thread at a time, closed and freed by
- * whoever created it. Reading and writing are buffered; several files may be open on
- * one path. Only regular files are opened, for reading as for writing: a pipe, a
- * socket or a device fails at once and never waits. Offsets and lengths are bytes.
+ * whoever created it. Reading and writing are buffered. Only regular files are opened,
+ * for reading as for writing: a pipe, a socket or a device fails at once and never
+ * waits. Offsets and lengths are bytes.
+ *
+ * A file of a disk has one writer. Opening it for update or anew fails, and changes
+ * nothing, while it is open so elsewhere, here or in another program; the lock goes when
+ * the file is closed or the program ends. Any number may read meanwhile, and see what has
+ * been written out: a shorter file reads as shorter, a longer one as longer. Memory paths,
+ * and file systems that have no locks, leave it to the callers.
  *
  * After a failed call the position is undefined, and every later call but `close` and
  * `free` fails as well.
@@ -36,8 +42,9 @@ typedef struct VX3FileServices {
      * [owner-thread] [may-block] */
     VX3Bool (*open)(VX3BinaryFile* file, const VX3Path* path, int32_t mode, VX3Bool showErrors, int32_t byteOrder, uint32_t type,
                     uint32_t creator);
-    /* Writes out what is buffered and closes; 0 if any byte could not be written.
-     * [owner-thread] [may-block] */
+    /* Writes out what is buffered, waits until the disk has it and closes; 0 if any byte
+     * could not be written or may not have arrived. A host may let its user turn the
+     * waiting off. [owner-thread] [may-block] */
     VX3Bool (*close)(VX3BinaryFile* file);
     /* Reads up to `length` bytes, none allowed for 0, and returns how many there were, less only at the
      * end of the file; -1 on an error. [owner-thread] [may-block] */
@@ -58,8 +65,7 @@ typedef struct VX3FileServices {
     int64_t (*position)(VX3BinaryFile* file);
     /* The length with what is still buffered; -1 on an error. [owner-thread] [may-block] */
     int64_t (*length)(VX3BinaryFile* file);
-    /* Writes out what is buffered and waits until the disk has it.
-     * [owner-thread] [may-block] */
+    /* Writes out what is buffered and waits as `close` does. [owner-thread] [may-block] */
     VX3Bool (*sync)(VX3BinaryFile* file);
 } VX3FileServices;
 

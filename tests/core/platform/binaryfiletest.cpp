@@ -6,40 +6,11 @@
 #include <sys/stat.h>
 
 #include "core/corehost.h"
-#include "scratch.h"
+#include "openfile.h"
 
 namespace vx3::core {
 
 namespace {
-
-// A file that is freed at the end of its scope.
-class OpenFile
-{
-public:
-    OpenFile(const Path& path, int32_t mode, int32_t order = VX3_ORDER_BIG)
-        : file(FileServices()->create())
-    {
-        isOpen = FileServices()->open(file, path.Get(), mode, 0, order, VX3_FILE_TYPE, VX3_FILE_CREATOR);
-    }
-    ~OpenFile() { FileServices()->free(file); }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-
-    bool Write(const std::string& bytes) { return FileServices()->write(file, bytes.data(), static_cast<int64_t>(bytes.size())); }
-    std::string Read(int64_t length)
-    {
-        std::string bytes(static_cast<size_t>(length), 0);
-        int64_t got = FileServices()->read(file, bytes.data(), length);
-        return got < 0 ? "failed" : bytes.substr(0, static_cast<size_t>(got));
-    }
-    bool Seek(int64_t offset, int32_t origin = VX3_SEEK_ABSOLUTE) { return FileServices()->seek(file, offset, origin); }
-    int64_t Position() { return FileServices()->position(file); }
-    int64_t Length() { return FileServices()->length(file); }
-    bool Close() { return FileServices()->close(file); }
-
-    VX3BinaryFile* file;
-    bool isOpen;
-};
 
 // Any order of calls gives what the same calls give on bytes in memory.
 void CompareWithModel(const Path& path, unsigned seed)

@@ -263,6 +263,7 @@ TEST(Settings, FollowTheUsersFolders)
                                                                 { "XDG_CONFIG_HOME", scratch / "config" },
                                                                 { "XDG_DATA_HOME", "relative/is/passed/over" },
                                                                 { "LC_ALL", "" },
+                                                                { "VX3_SYNC", "off" },
                                                                 { "LC_MESSAGES", "de_AT.UTF-8" } };
     std::map<std::string, std::string> old;
     for (const auto& [name, value] : environment) {
@@ -277,6 +278,7 @@ TEST(Settings, FollowTheUsersFolders)
     EXPECT_EQ(settings.userLibraryFolder, scratch / ".local/share/vx3/library");
     EXPECT_EQ(settings.desktopFolder, scratch / "My \"Desk\"");
     EXPECT_EQ(settings.language, "de");
+    EXPECT_FALSE(settings.syncFiles);
     EXPECT_TRUE(settings.applicationLibraryFolder.ends_with("/share/vx3/library"));
     EXPECT_TRUE(files::exists(scratch.Root()));
     EXPECT_EQ(NamesBelow(scratch.Root()).size(), 2u) << "asking makes no folders";
