@@ -22,6 +22,7 @@
 #define VX3_BROWSER_H
 
 #include "host.h"
+#include "librarytools.h"
 
 enum { VX3_BROWSER_TABLE = 1017645, VX3_BROWSER_VERSION = 1000 };
 
@@ -373,6 +374,7 @@ typedef struct VX3ToolFunctions {
     VX3Bool (*describeWindow)(int32_t window, const char* what, VX3String* text);
     /* Does something wait for the window's next tick? [gui-thread] */
     VX3Bool (*isWorking)(int32_t window);
+    const VX3LibraryToolFunctions* libraries; /* library files: librarytools.h */
 } VX3ToolFunctions;
 
 /* The published table. */
