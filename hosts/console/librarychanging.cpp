@@ -20,7 +20,7 @@ Failure OpenForChange(LibrarySession& library)
 {
     if (Failure failure = library.Open(LibraryUse::Change))
         return failure;
-    return CheckRoom(library.AbsoluteFile(), roomForRecords);
+    return library.CheckRoom(roomForRecords);
 }
 
 std::string TextFrom(const LibrarySession& library, int32_t (*get)(VX3Library*, VX3String*))

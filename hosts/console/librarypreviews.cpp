@@ -150,7 +150,7 @@ int RunLibPreviewPut(const Command& command)
     if (!failure)
         failure = library.Open(LibraryUse::Change);
     if (!failure)
-        failure = CheckRoom(library.AbsoluteFile(), room);
+        failure = library.CheckRoom(room);
     if (!failure)
         failure = PutPictures(command, library, hasNumber ? first : std::nullopt, pictures, numbers);
     Failure end = library.Get() ? library.Close() : Failure{};

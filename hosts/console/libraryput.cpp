@@ -42,8 +42,9 @@ Failure UnreadableFolder(const std::string& folder, const std::error_code& error
 }
 
 // All files below a folder, in the order of their names. Folders behind links may lead back.
-Failure ListFolder(const std::string& path, const std::string& folder, std::vector<Source>& sources)
+Failure ListFolder(const std::string& argument, const std::string& folder, std::vector<Source>& sources)
 {
+    const std::string path = argument.substr(0, argument.find_last_not_of('/') + 1);
     std::error_code error;
     std::vector<Source> found;
     for (auto entry = fs::recursive_directory_iterator(folder, error); !error && entry != fs::recursive_directory_iterator();
@@ -197,7 +198,7 @@ int RunLibPut(const Command& command)
     if (!failure)
         failure = library.Open(LibraryUse::Change);
     if (!failure)
-        failure = CheckRoom(library.AbsoluteFile(), RoomFor(sources));
+        failure = library.CheckRoom(RoomFor(sources));
     if (failure)
         return FailWith(failure);
     Putting putting(library, sources);

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "libraryverbs.h"
+#include "wholefile.h"
 
 namespace vx3::console {
 
@@ -110,6 +111,20 @@ Failure LibrarySession::Close()
     return FailureOf(tools->close(std::exchange(library, nullptr)));
 }
 
+Failure LibrarySession::CheckRoom(uint64_t bytes) const
+{
+    if (HasRoom(AbsoluteFile(), bytes))
+        return {};
+    return { Exit::Refused, Quoted(file) + " is left as it was: there is no room on the disk for what it would become" };
+}
+
+Failure LibrarySession::FailureOf(int32_t outcome) const
+{
+    if (outcome == VX3_LIBRARY_NOT_FOUND)
+        return { Exit::NotFound, Quoted(file) + ": not found" };
+    return FailureOf(outcome, file);
+}
+
 Failure LibrarySession::FailureOf(int32_t outcome, const std::string& subject) const
 {
     if (outcome == VX3_LIBRARY_OK)
@@ -117,10 +132,9 @@ Failure LibrarySession::FailureOf(int32_t outcome, const std::string& subject) c
     const OutcomeRow* row = FindRow(outcome);
     if (!row)
         return { Exit::Refused, Quoted(file) + ": the module answered " + std::to_string(outcome) };
-    bool isOfFile = row->subject == Subject::File || subject.empty();
-    std::string name = Quoted(isOfFile ? file : subject);
+    std::string name = Quoted(row->subject == Subject::File ? file : subject);
     if (outcome == VX3_LIBRARY_NOT_FOUND)
-        return { row->exit, isOfFile ? name + ": not found" : name + " not found in " + Quoted(file) };
+        return { row->exit, name + " not found in " + Quoted(file) };
     return { row->exit, name + (outcome == VX3_LIBRARY_NO_MEMORY ? ": " : " ") + row->text };
 }
 

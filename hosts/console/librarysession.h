@@ -33,8 +33,11 @@ public:
     VX3Library* Get() const { return library; }
     const Session& Module() const { return session; }
 
-    // What an outcome means: of the file, or of an item or a source in it.
-    Failure FailureOf(int32_t outcome, const std::string& subject = {}) const;
+    // Whether there is room for the file to grow by so much.
+    Failure CheckRoom(uint64_t bytes) const;
+    // What an outcome means: of the file alone, or of an item or a source too.
+    Failure FailureOf(int32_t outcome) const;
+    Failure FailureOf(int32_t outcome, const std::string& subject) const;
 
 private:
     Failure Start();

@@ -260,6 +260,17 @@ void JoinSubVerb(Command& command)
     words.erase(words.begin() + 1);
 }
 
+std::string NoSubVerb(const VerbRow& verb, const std::string& word)
+{
+    std::string behind;
+    for (const SubVerbRow& row : subVerbTable)
+        if (std::vector<std::string> words = SplitChoices(row.name, ' '); row.verb == verb.verb && words[0] == word)
+            (behind += behind.empty() ? "" : "|") += words.back();
+    if (behind.empty())
+        return std::string(verb.name) + " has no verb " + Quoted(word);
+    return std::string(verb.name) + " " + word + " needs one of " + behind + " behind it";
+}
+
 // The first argument names the row, which tells of the others.
 std::string CheckSubVerb(const VerbRow& verb, Command& command)
 {
@@ -267,7 +278,7 @@ std::string CheckSubVerb(const VerbRow& verb, Command& command)
     const SubVerbRow* row = FindSubVerb(command.verb, command.arguments[0]);
     std::string name = std::string(verb.name) + " " + command.arguments[0];
     if (!row)
-        return std::string(verb.name) + " has no verb " + Quoted(command.arguments[0]);
+        return NoSubVerb(verb, command.arguments[0]);
     uint32_t ofSome = 0;
     for (const SubVerbRow& other : subVerbTable)
         ofSome |= other.verb == command.verb ? other.options : 0;

@@ -21,6 +21,6 @@ Failure ReadWholeFile(const std::string& path, std::vector<uint8_t>& bytes);
 Failure WriteNewFile(const std::string& path, const void* bytes, size_t count);
 
 // Whether the disk, and the limits of this process, let a file grow by so much.
-Failure CheckRoom(const std::string& path, uint64_t bytes);
+bool HasRoom(const std::string& path, uint64_t bytes);
 
 } // namespace vx3::console

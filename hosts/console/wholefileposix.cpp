@@ -58,11 +58,6 @@ Failure GiveName(const std::string& from, const std::string& to)
     return errno == EEXIST || IsThere(to) ? Conflict(to) : SystemFailure(to, "made");
 }
 
-Failure NoRoom(const std::string& path)
-{
-    return { Exit::Refused, Quoted(path) + " is left as it was: there is no room on the disk for what it would become" };
-}
-
 } // namespace
 
 bool IsFolder(const std::string& path)
@@ -116,15 +111,15 @@ Failure WriteNewFile(const std::string& path, const void* bytes, size_t count)
     return failure;
 }
 
-Failure CheckRoom(const std::string& path, uint64_t bytes)
+bool HasRoom(const std::string& path, uint64_t bytes)
 {
     struct statvfs disk = {};
-    bool isKnown = statvfs(path.c_str(), &disk) == 0;
+    bool isKnown = statvfs(path.c_str(), &disk) == 0 && disk.f_frsize > 0;
     if (isKnown && bytes / disk.f_frsize >= disk.f_bavail)
-        return NoRoom(path);
+        return false;
     rlimit limit = {};
     bool isLimited = getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur != RLIM_INFINITY;
-    return isLimited && FileSize(path) + bytes > limit.rlim_cur ? NoRoom(path) : Failure{};
+    return !isLimited || FileSize(path) + bytes <= limit.rlim_cur;
 }
 
 } // namespace vx3::console

@@ -103,6 +103,8 @@ LibraryOutcome FindPlace(const FilePath& file, FilePath& folder, String& address
         return LibraryOutcome::NoMemory;
     if (!IsFolder(folder))
         return LibraryOutcome::NotFound;
+    if (FindLibraryByFile(file))
+        return LibraryOutcome::InUse; // its file is made when there is something to keep
     return FindLibraryByName(address, nullptr) ? LibraryOutcome::NameTaken : LibraryOutcome::Ok;
 }
 
