@@ -21,6 +21,15 @@ using Items = std::map<std::string, std::string>; // data by path
 
 const std::string oldData(5000, 'o');
 const std::string newData(70000, 'n');
+const Items oldItems = { { "oak", oldData }, { "elm", oldData }, { "yew", oldData } };
+const Items changedItems = { { "oak", newData }, { "ash", newData }, { "fir", oldData }, { "yew", oldData } };
+
+// A flush that ends behind the marking of the old names leaves none: items have whole addresses then.
+std::string PathInside(const std::string& path)
+{
+    const std::string address = "preset://shelf.libvx/";
+    return path.compare(0, address.size(), address) == 0 ? path.substr(address.size()) : path;
+}
 
 class LibraryToolTest : public ::testing::Test
 {
@@ -55,7 +64,7 @@ protected:
         Text text(path);
         return tools->putData(library, text.Get(), VX3_LIBRARY_KEEP_TYPE, data.data(), static_cast<int64_t>(data.size()));
     }
-    // A library with two items.
+    // A library with three items.
     void MakeFile()
     {
         std::filesystem::remove(file);
@@ -66,6 +75,7 @@ protected:
         ASSERT_EQ(tools->create(path.Get(), name.Get(), &library), VX3_LIBRARY_OK);
         ASSERT_EQ(Put(library, "oak", oldData), VX3_LIBRARY_OK);
         ASSERT_EQ(Put(library, "elm", oldData), VX3_LIBRARY_OK);
+        ASSERT_EQ(Put(library, "yew", oldData), VX3_LIBRARY_OK);
         ASSERT_EQ(tools->close(library), VX3_LIBRARY_OK);
     }
     // Everything that is in the file; "?" for data that cannot be read.
@@ -80,11 +90,11 @@ protected:
             void* bytes = nullptr;
             int64_t length = 0;
             const bool isRead = tools->getData(library, &item.path, &bytes, &length) == VX3_LIBRARY_OK;
-            items[vx3::core::ToUtf8(item.path)] = isRead ? std::string(static_cast<char*>(bytes), static_cast<size_t>(length)) : "?";
+            items[PathInside(vx3::core::ToUtf8(item.path))] =
+                isRead ? std::string(static_cast<char*>(bytes), static_cast<size_t>(length)) : "?";
             host.Table()->memory->free(bytes);
             host.Table()->text->destruct(&item.path);
         }
-        EXPECT_EQ(static_cast<int32_t>(items.size()), tools->countItems(library));
         EXPECT_EQ(tools->close(library), VX3_LIBRARY_OK);
         return items;
     }
@@ -113,6 +123,25 @@ int32_t ChangeAll(const VX3LibraryToolFunctions& tools, const std::string& file,
     return outcome;
 }
 
+std::string NamesOf(const Items& items)
+{
+    std::string names;
+    for (const auto& [path, data] : items)
+        names += ", " + path + " with " + std::to_string(data.size());
+    return names;
+}
+
+// Of a session that failed: what it did not touch is whole, and of what it changed nothing is
+// half old, half new. What was being replaced when the last try failed may be
+// missing, or be there without its path.
+void ExpectNothingMixed(const Items& items, const std::string& where)
+{
+    EXPECT_TRUE(items.count("yew") && items.at("yew") == oldData) << where << NamesOf(items);
+    for (const auto& [path, data] : items)
+        EXPECT_TRUE(path.empty() || data == oldData || (data == newData && changedItems.count(path)))
+            << where << ": " << path << NamesOf(items);
+}
+
 TEST_F(LibraryToolTest, AFailingCallIsToldAndLosesNothing)
 {
     struct Row {
@@ -124,10 +153,11 @@ TEST_F(LibraryToolTest, AFailingCallIsToldAndLosesNothing)
         { FailClass::Memory, Failing::FromThereOn, { VX3_LIBRARY_NO_MEMORY } },
         { FailClass::Memory,
           Failing::Once,
-          { VX3_LIBRARY_NO_MEMORY, VX3_LIBRARY_UNREADABLE, VX3_LIBRARY_NOT_FOUND, VX3_LIBRARY_NOT_WRITTEN } },
-        { FailClass::Open, Failing::FromThereOn, { VX3_LIBRARY_UNREADABLE, VX3_LIBRARY_IN_USE } },
-        { FailClass::Read, Failing::FromThereOn, { VX3_LIBRARY_UNREADABLE, VX3_LIBRARY_NOT_WRITTEN } },
-        { FailClass::Write, Failing::FromThereOn, { VX3_LIBRARY_NOT_WRITTEN } },
+          { VX3_LIBRARY_NO_MEMORY, VX3_LIBRARY_UNREADABLE, VX3_LIBRARY_NOT_FOUND, VX3_LIBRARY_NOT_WRITTEN, VX3_LIBRARY_BAD_PATH } },
+        // Values are stored through files in memory, so these may look like a lack of it.
+        { FailClass::Open, Failing::FromThereOn, { VX3_LIBRARY_UNREADABLE, VX3_LIBRARY_IN_USE, VX3_LIBRARY_NO_MEMORY } },
+        { FailClass::Read, Failing::FromThereOn, { VX3_LIBRARY_UNREADABLE, VX3_LIBRARY_NOT_WRITTEN, VX3_LIBRARY_NO_MEMORY } },
+        { FailClass::Write, Failing::FromThereOn, { VX3_LIBRARY_NOT_WRITTEN, VX3_LIBRARY_NO_MEMORY } },
     };
     for (const Row& row : rows) {
         int64_t failures = 0;
@@ -140,20 +170,17 @@ TEST_F(LibraryToolTest, AFailingCallIsToldAndLosesNothing)
             isOver = host.Faults().FailuresOf(row.kind) == 0;
             host.Faults().Clear();
             failures += outcome != VX3_LIBRARY_OK;
-            const std::string where = "class " + std::to_string(static_cast<int>(row.kind)) + ", call " + std::to_string(nth);
-            if (outcome != VX3_LIBRARY_OK)
-                EXPECT_NE(std::find(row.outcomes.begin(), row.outcomes.end(), outcome), row.outcomes.end())
-                    << where << " answered " << outcome;
+            const std::string where = "class " + std::to_string(static_cast<int>(row.kind)) + ", call " + std::to_string(nth) + ", outcome "
+                + std::to_string(outcome);
+            const bool isExpected = std::find(row.outcomes.begin(), row.outcomes.end(), outcome) != row.outcomes.end();
+            EXPECT_TRUE(outcome == VX3_LIBRARY_OK || isExpected) << where;
             const Items items = ReadFile();
-            if (outcome == VX3_LIBRARY_OK) {
-                EXPECT_EQ(items, (Items{ { "oak", newData }, { "ash", newData }, { "fir", oldData } })) << where;
-            } else if (!isOpened) {
-                EXPECT_EQ(items, (Items{ { "oak", oldData }, { "elm", oldData } })) << where;
-            } else if (row.kind == FailClass::Memory) {
-                ASSERT_TRUE(items.count("oak") && items.count("elm") + items.count("fir") == 1) << where;
-                EXPECT_TRUE(items.at("oak") == oldData || items.at("oak") == newData) << where;
-                EXPECT_EQ(items.count("ash") ? items.at("ash") : newData, newData) << where;
-            }
+            if (outcome == VX3_LIBRARY_OK)
+                EXPECT_EQ(items, changedItems) << where;
+            else if (!isOpened)
+                EXPECT_EQ(items, oldItems) << where;
+            else
+                ExpectNothingMixed(items, where);
             if (HasFailure())
                 return;
         }
@@ -171,7 +198,7 @@ TEST_F(LibraryToolTest, OneFileIsOpenForChangesOnce)
     EXPECT_EQ(Put(reader, "ash", newData), VX3_LIBRARY_READ_ONLY);
     EXPECT_EQ(tools->close(reader), VX3_LIBRARY_OK);
     EXPECT_EQ(tools->close(first), VX3_LIBRARY_OK);
-    EXPECT_EQ(ReadFile().size(), 3u);
+    EXPECT_EQ(ReadFile().size(), 4u);
 }
 
 TEST_F(LibraryToolTest, ALibraryWithTheAddressOfAnotherIsReadAndNotChanged)
@@ -186,6 +213,7 @@ TEST_F(LibraryToolTest, ALibraryWithTheAddressOfAnotherIsReadAndNotChanged)
     ASSERT_EQ(tools->open(path.Get(), VX3_LIBRARY_READ, &second), VX3_LIBRARY_OK);
     Text oak("oak");
     EXPECT_EQ(tools->removeItem(first, oak.Get()), VX3_LIBRARY_OK);
+    EXPECT_EQ(tools->countItems(first), 2);
     VX3LibraryItem item = {};
     EXPECT_EQ(tools->findItem(first, oak.Get(), &item), VX3_LIBRARY_NOT_FOUND);
     EXPECT_EQ(tools->findItem(second, oak.Get(), &item), VX3_LIBRARY_OK);
@@ -193,7 +221,7 @@ TEST_F(LibraryToolTest, ALibraryWithTheAddressOfAnotherIsReadAndNotChanged)
     host.Table()->text->destruct(&item.path);
     EXPECT_EQ(tools->close(second), VX3_LIBRARY_OK);
     EXPECT_EQ(tools->close(first), VX3_LIBRARY_OK);
-    EXPECT_EQ(ReadFile().size(), 1u);
+    EXPECT_EQ(ReadFile().size(), 2u);
 }
 
 TEST_F(LibraryToolTest, AFileThatSomebodyElseHasWrittenIsLeftToThem)
@@ -225,7 +253,7 @@ TEST_F(LibraryToolTest, NumbersThatNothingCanHave)
     EXPECT_EQ(tools->previewAt(library, oak.Get(), -1, &preview), VX3_LIBRARY_NOT_FOUND);
     EXPECT_EQ(tools->close(library), VX3_LIBRARY_OK);
     EXPECT_EQ(tools->close(nullptr), VX3_LIBRARY_OK);
-    EXPECT_EQ(ReadFile(), (Items{ { "oak", oldData }, { "elm", oldData } }));
+    EXPECT_EQ(ReadFile(), oldItems);
 }
 
 } // namespace

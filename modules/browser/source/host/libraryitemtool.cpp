@@ -58,6 +58,13 @@ int32_t PrefixLength(const String& address, const String& libraryName)
     return address.View()[static_cast<size_t>(length)] == slash ? length + 1 : 0;
 }
 
+// False without memory, where an empty name would say something else.
+bool CopyName(BrowserDatabase& library, String& name)
+{
+    const ReadGuard guard(library.Lock(), rank);
+    return name.Set(library.State().libraryName);
+}
+
 int32_t ModeOf(const BrowserDatabaseItem& item)
 {
     const ReadGuard guard(item.Library().Lock(), rank);
@@ -102,7 +109,9 @@ BrowserDatabaseItem* HandleFrom(BrowserDatabase& library, int32_t& place, bool& 
 
 LibraryOutcome LibraryTool::FindAddress(const String& path, String& address) const
 {
-    const String name = library->GetLibraryName();
+    String name;
+    if (!CopyName(*library, name))
+        return LibraryOutcome::NoMemory;
     const auto prefix = static_cast<size_t>(PrefixLength(path, name));
     const Units inside = WithoutSlashes(path.View().subspan(prefix));
     if (name.IsEmpty() ? !IsAddress(path.View()) : !IsItemPath(inside))
@@ -130,8 +139,11 @@ LibraryOutcome LibraryTool::OpenOwn(const String& path, ToolItem& item) const
 
 LibraryOutcome LibraryTool::Describe(const BrowserDatabaseItem& item, VX3LibraryItem& out) const
 {
+    String name;
+    if (!CopyName(*library, name))
+        return LibraryOutcome::NoMemory;
     const String address = item.GetPath();
-    const int32_t prefix = PrefixLength(address, library->GetLibraryName());
+    const int32_t prefix = PrefixLength(address, name);
     const String inside = address.Part(prefix);
     if (inside.Length() != address.Length() - prefix || !String::Of(&out.path).Set(inside))
         return LibraryOutcome::NoMemory;

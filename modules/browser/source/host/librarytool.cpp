@@ -33,6 +33,11 @@ bool IsProtected(const FilePath& path)
     return InspectFlags(path, flags) && (flags & VX3_ENTRY_READONLY);
 }
 
+LibraryOutcome WhyNotRead()
+{
+    return IsMemoryShort(littleMemory) ? LibraryOutcome::NoMemory : LibraryOutcome::Unreadable;
+}
+
 // Before the module looks at it: it would take any file for an empty library, and write over it.
 LibraryOutcome Examine(const FilePath& file)
 {
@@ -44,10 +49,10 @@ LibraryOutcome Examine(const FilePath& file)
     BinaryFile opened;
     BrowserDatabaseChunk head;
     if ((flags & VX3_ENTRY_SPECIAL) || !opened.Open(file, OpenMode::Read))
-        return LibraryOutcome::Unreadable;
+        return WhyNotRead();
     const int64_t length = opened.Length();
-    if (length >= chunkHeaderSize && !ReadChunkHeader(opened, head))
-        return LibraryOutcome::Unreadable;
+    if (length < 0 || (length >= chunkHeaderSize && !ReadChunkHeader(opened, head)))
+        return WhyNotRead();
     return head.tag == ChunkTag::FileHead ? LibraryOutcome::Ok : LibraryOutcome::NoLibrary;
 }
 
@@ -89,7 +94,7 @@ LibraryOutcome Load(BrowserDatabase& library, LibraryAccess access)
     if (access == LibraryAccess::Read)
         library.MarkProtected(); // first, since an old file is brought up to date by its load
     if (!library.Load())
-        return IsMemoryShort(littleMemory) ? LibraryOutcome::NoMemory : LibraryOutcome::Unreadable;
+        return WhyNotRead();
     const bool isTaken = access == LibraryAccess::Change && WasNameTaken(library);
     return isTaken ? LibraryOutcome::NameTaken : LibraryOutcome::Ok;
 }
@@ -163,9 +168,7 @@ LibraryOutcome LibraryTool::Close(LibraryTool* tool)
 {
     if (!tool)
         return LibraryOutcome::Ok;
-    LibraryOutcome outcome = LibraryOutcome::Ok;
-    if (tool->isChanged && !tool->library->Flush())
-        outcome = tool->WhyNotStored();
+    LibraryOutcome outcome = tool->Flush();
     if (const LibraryOutcome end = tool->EndHold(); outcome == LibraryOutcome::Ok)
         outcome = end;
     CloseLibrary(tool->library);
@@ -179,10 +182,13 @@ LibraryOutcome LibraryTool::BeginChange()
 {
     if (library->IsReadOnly())
         return LibraryOutcome::ReadOnly;
-    FilePath backup;
-    const FilePath file = library->GetFilePath();
-    if (!isChanged && library->IsDamaged() && MakeSibling(file, ".bak", backup) && host->folder->exists(backup.Value()))
-        return LibraryOutcome::BackupThere;
+    if (!isChanged && library->IsDamaged()) {
+        FilePath backup;
+        if (!MakeSibling(library->GetFilePath(), ".bak", backup))
+            return LibraryOutcome::NoMemory;
+        if (host->folder->exists(backup.Value()))
+            return LibraryOutcome::BackupThere;
+    }
     if (!isHeld && !library->HoldFile())
         return WhyNotHeld();
     isHeld = isChanged = true;
@@ -204,6 +210,16 @@ LibraryOutcome LibraryTool::BeginWhole()
     if (const LibraryOutcome outcome = BeginChange(); outcome != LibraryOutcome::Ok)
         return outcome;
     return EndHold();
+}
+
+// What was half written is not in the file any more, so a second try, with the file opened anew,
+// is worth its while.
+LibraryOutcome LibraryTool::Flush()
+{
+    if (!isChanged || library->Flush())
+        return LibraryOutcome::Ok;
+    const LibraryOutcome outcome = WhyNotStored();
+    return library->Flush() ? LibraryOutcome::Ok : outcome;
 }
 
 LibraryOutcome LibraryTool::WhyNotHeld() const

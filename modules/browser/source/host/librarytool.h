@@ -77,6 +77,7 @@ private:
     [[nodiscard]] LibraryOutcome BeginChange();
     [[nodiscard]] LibraryOutcome EndHold();
     [[nodiscard]] LibraryOutcome BeginWhole();
+    [[nodiscard]] LibraryOutcome Flush();
     LibraryOutcome WhyNotHeld() const;
     LibraryOutcome WhyNotStored();
 
