@@ -399,6 +399,7 @@ VX3_STATIC_ASSERT(sizeof(VX3Url) == 32, "VX3Url is 32 bytes");
 VX3_STATIC_ASSERT(sizeof(VX3NodeFunctions) == 21 * sizeof(void*), "one entry for each slot");
 VX3_STATIC_ASSERT(sizeof(VX3SdkNodeInfo) == 17 * sizeof(void*), "one entry for each function");
 VX3_STATIC_ASSERT(sizeof(VX3SdkNodeFunctions) == 19 * sizeof(void*), "one entry for each function");
+VX3_STATIC_ASSERT(offsetof(VX3ToolFunctions, libraries) == 13 * sizeof(void*), "entries stay where they were");
 VX3_STATIC_ASSERT(sizeof(VX3Browser) == 112, "the published table is 112 bytes");
 VX3_STATIC_ASSERT(offsetof(VX3Browser, tools) == 104, "tools stand last");
 
