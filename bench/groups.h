@@ -33,6 +33,8 @@ void MeasureWalk(Scene& scene, const std::string& folder);
 void MeasureView(Scene& scene);
 void MeasureLists(Scene& scene);
 void MeasureIndex();
+void MeasureHashIndex(); // a part of it
 void MeasureGrowth(Scene& scene);
+int MeasureLibrary(int count, char** arguments); // STEP FOLDER COUNT; what the program ends with
 
 } // namespace vx3::bench

@@ -64,6 +64,7 @@ void MeasureIndex()
         byte = static_cast<uint8_t>(NextRandom(&random));
     PrintCase("crc_ns_per_byte", CrcTime(block) * nanosecond, "ns/B");
     PrintCase("hash_url_ns", HashTime(MakeUrls()) * nanosecond, "ns");
+    MeasureHashIndex();
     std::fprintf(stderr, sink ? "" : "the hashes cancel out\n");
 }
 

@@ -1,4 +1,4 @@
-// vx3-bench GROUP [FOLDER]: measures the module and prints what bench/run.py compares.
+// vx3-bench GROUP …: measures the module and prints what bench/run.py compares.
 
 #include <cstring>
 #include <filesystem>
@@ -26,7 +26,9 @@ constexpr Group groups[] = {
 
 int Explain()
 {
-    std::fprintf(stderr, "usage: vx3-bench list|walk FOLDER\n       vx3-bench view|lists|index|growth\n");
+    std::fprintf(
+        stderr,
+        "usage: vx3-bench list|walk FOLDER\n       vx3-bench view|lists|index|growth\n       vx3-bench library STEP FOLDER COUNT\n");
     return 2;
 }
 
@@ -36,6 +38,10 @@ int main(int count, char** arguments)
 {
     if (count < 2)
         return Explain();
+    if (std::strcmp(arguments[1], "library") == 0) {
+        Scene scene;
+        return MeasureLibrary(count - 2, arguments + 2);
+    }
     for (const Group& group : groups) {
         if (std::strcmp(group.name, arguments[1]) != 0)
             continue;

@@ -50,13 +50,28 @@ static inline int CompareDoubles(const void* a, const void* b)
     return (x > y) - (x < y);
 }
 
-/* Sorts the values. */
-static inline double MedianOf(double* values, size_t count)
+/* The value that `part` of them, 0 to 1, lie below. Sorts the values. */
+static inline double QuantileOf(double* values, size_t count, double part)
 {
     if (!count)
         return 0;
     qsort(values, count, sizeof *values, CompareDoubles);
-    return values[count / 2];
+    size_t place = (size_t)(part * (double)count);
+    return values[place < count ? place : count - 1];
+}
+
+static inline double MedianOf(double* values, size_t count)
+{
+    return QuantileOf(values, count, 0.5);
+}
+
+/* What is measured has to work. */
+static inline void Demand(int isDone, const char* what)
+{
+    if (isDone)
+        return;
+    fprintf(stderr, "%s failed\n", what);
+    exit(1);
 }
 
 /* The splitmix64 generator: the same numbers on every machine. */

@@ -11,7 +11,7 @@ namespace vx3::console {
 
 namespace {
 
-constexpr uint8_t payloadHead[] = { 'V', 'X', '3', 'd', 0, 0, 0, 1, 'b', 'r', 'o', 'w' };
+constexpr uint8_t payloadHead[] = { 'V', 'X', '3', 'd', 0, 0, 0, 2, 'b', 'r', 'o', 'w' };
 constexpr size_t imageOffset = sizeof payloadHead + sizeof(uint64_t);
 
 const VX3ContainerServices& Services()

@@ -1,4 +1,5 @@
-#include "containerbody.h"
+#include "imagetext.h"
+#include "packedbody.h"
 #include "services.h"
 #include "textbuffer.h"
 
@@ -8,9 +9,29 @@ namespace {
 // The entry of the key if it holds this type.
 const ContainerEntry* FindTyped(const VX3Container* container, int32_t key, int32_t type)
 {
-    ContainerBody* body = BodyOf(*container);
+    ContainerBody* body = PlainOf(*container);
     const ContainerEntry* entry = body ? body->Find(key) : nullptr;
     return entry && entry->type == type ? entry : nullptr;
+}
+
+// The same in one that is still as it was read.
+bool FindPacked(const VX3Container* container, int32_t key, int32_t type, ImageEntry& entry)
+{
+    const PackedBody* body = PackedOf(*container);
+    return body && body->Find(key, entry) && entry.type == type;
+}
+
+bool FindNumber(const VX3Container* container, int32_t key, int32_t type, ContainerValue& value)
+{
+    if (const ContainerEntry* entry = FindTyped(container, key, type)) {
+        value = entry->value;
+        return true;
+    }
+    ImageEntry packed;
+    if (!FindPacked(container, key, type, packed))
+        return false;
+    value = PackedNumber(packed);
+    return true;
 }
 
 // Takes the value over, or frees it.
@@ -35,13 +56,18 @@ VX3Bool Copy(VX3Container* to, const VX3Container* from)
 
 int32_t GetId(const VX3Container* container)
 {
-    const ContainerBody* body = BodyOf(*container);
-    return body ? body->id : 0;
+    const PackedBody* packed = PackedOf(*container);
+    const ContainerBody* body = PlainOf(*container);
+    return packed ? packed->Id() : body ? body->id : 0;
 }
 
 VX3Bool SetId(VX3Container* container, int32_t id)
 {
-    ContainerBody* body = id == 0 ? BodyOf(*container) : DemandBody(*container);
+    if (PackedBody* packed = PackedOf(*container)) {
+        packed->SetId(id);
+        return 1;
+    }
+    ContainerBody* body = id == 0 ? PlainOf(*container) : DemandBody(*container);
     if (body)
         body->id = id;
     return body || id == 0;
@@ -49,26 +75,26 @@ VX3Bool SetId(VX3Container* container, int32_t id)
 
 int32_t GetInt32(const VX3Container* container, int32_t key, int32_t fallback)
 {
-    const ContainerEntry* entry = FindTyped(container, key, VX3_VALUE_INT32);
-    return entry ? entry->value.int32 : fallback;
+    ContainerValue value;
+    return FindNumber(container, key, VX3_VALUE_INT32, value) ? value.int32 : fallback;
 }
 
 int64_t GetInt64(const VX3Container* container, int32_t key, int64_t fallback)
 {
-    const ContainerEntry* entry = FindTyped(container, key, VX3_VALUE_INT64);
-    return entry ? entry->value.int64 : fallback;
+    ContainerValue value;
+    return FindNumber(container, key, VX3_VALUE_INT64, value) ? value.int64 : fallback;
 }
 
 double GetFloat(const VX3Container* container, int32_t key, double fallback)
 {
-    const ContainerEntry* entry = FindTyped(container, key, VX3_VALUE_FLOAT);
-    return entry ? entry->value.number : fallback;
+    ContainerValue value;
+    return FindNumber(container, key, VX3_VALUE_FLOAT, value) ? value.number : fallback;
 }
 
 VX3Bool GetBool(const VX3Container* container, int32_t key, VX3Bool fallback)
 {
-    const ContainerEntry* entry = FindTyped(container, key, VX3_VALUE_BOOL);
-    return entry ? entry->value.int32 : fallback;
+    ContainerValue value;
+    return FindNumber(container, key, VX3_VALUE_BOOL, value) ? value.int32 : fallback;
 }
 
 void* GetPointer(const VX3Container* container, int32_t key, void* fallback)
@@ -79,27 +105,31 @@ void* GetPointer(const VX3Container* container, int32_t key, void* fallback)
 
 VX3Bool GetText(const VX3Container* container, int32_t key, VX3String* text)
 {
-    const ContainerEntry* entry = FindTyped(container, key, VX3_VALUE_TEXT);
-    if (!entry)
-        return 0;
-    ReplaceBuffer(*text, ShareBuffer(entry->value.text));
-    return 1;
+    if (const ContainerEntry* entry = FindTyped(container, key, VX3_VALUE_TEXT)) {
+        ReplaceBuffer(*text, ShareBuffer(entry->value.text));
+        return 1;
+    }
+    ImageEntry packed;
+    return FindPacked(container, key, VX3_VALUE_TEXT, packed) && ReadImageText(packed.value, *text);
 }
 
 const void* GetBytes(const VX3Container* container, int32_t key, int64_t* length)
 {
     const ContainerEntry* entry = FindTyped(container, key, VX3_VALUE_BYTES);
-    if (!entry)
+    ImageEntry packed;
+    if (!entry && !FindPacked(container, key, VX3_VALUE_BYTES, packed))
         return nullptr;
     if (length)
-        *length = entry->value.bytes->length;
-    return entry->value.bytes->Bytes();
+        *length = entry ? entry->value.bytes->length : static_cast<int64_t>(packed.value.size());
+    return entry ? entry->value.bytes->Bytes() : packed.value.data();
 }
 
 VX3Container* GetContainer(const VX3Container* container, int32_t key)
 {
-    const ContainerEntry* entry = FindTyped(container, key, VX3_VALUE_CONTAINER);
-    return entry ? entry->value.container : nullptr;
+    if (const ContainerEntry* entry = FindTyped(container, key, VX3_VALUE_CONTAINER))
+        return entry->value.container;
+    ImageEntry packed;
+    return FindPacked(container, key, VX3_VALUE_CONTAINER, packed) ? PackedOf(*container)->Nested(packed) : nullptr;
 }
 
 VX3Bool SetInt32(VX3Container* container, int32_t key, int32_t value)
@@ -152,38 +182,48 @@ VX3Bool SetContainer(VX3Container* container, int32_t key, const VX3Container* v
 
 int32_t TypeOf(const VX3Container* container, int32_t key)
 {
-    ContainerBody* body = BodyOf(*container);
-    const ContainerEntry* entry = body ? body->Find(key) : nullptr;
-    return entry ? entry->type : static_cast<int32_t>(VX3_VALUE_NONE);
+    ImageEntry entry;
+    if (const PackedBody* packed = PackedOf(*container))
+        return packed->Find(key, entry) ? entry.type : static_cast<int32_t>(VX3_VALUE_NONE);
+    ContainerBody* body = PlainOf(*container);
+    const ContainerEntry* found = body ? body->Find(key) : nullptr;
+    return found ? found->type : static_cast<int32_t>(VX3_VALUE_NONE);
 }
 
 VX3Bool Remove(VX3Container* container, int32_t key)
 {
-    ContainerBody* body = BodyOf(*container);
+    if (TypeOf(container, key) == VX3_VALUE_NONE)
+        return 0;
+    ContainerBody* body = DemandBody(*container);
     return body && body->Remove(key);
 }
 
 void Clear(VX3Container* container)
 {
-    if (ContainerBody* body = BodyOf(*container))
+    if (PackedBody* packed = PackedOf(*container))
+        packed->Clear();
+    else if (ContainerBody* body = PlainOf(*container))
         body->Clear();
 }
 
 int32_t Count(const VX3Container* container)
 {
-    const ContainerBody* body = BodyOf(*container);
-    return body ? body->Count() : 0;
+    const PackedBody* packed = PackedOf(*container);
+    const ContainerBody* body = PlainOf(*container);
+    return packed ? packed->Count() : body ? body->Count() : 0;
 }
 
 VX3Bool EntryAt(const VX3Container* container, int32_t place, int32_t* key, int32_t* type)
 {
     if (place < 0 || place >= Count(container))
         return 0;
-    const ContainerEntry* entry = BodyOf(*container)->At(place);
+    ImageEntry packed;
+    const bool isPacked = PackedOf(*container) && PackedOf(*container)->At(place, packed);
+    const ContainerEntry* entry = isPacked ? nullptr : PlainOf(*container)->At(place);
     if (key)
-        *key = entry->key;
+        *key = entry ? entry->key : packed.key;
     if (type)
-        *type = entry->type;
+        *type = entry ? entry->type : packed.type;
     return 1;
 }
 

@@ -4,8 +4,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <new>
+#include <utility>
 
 #include "livecounts.h"
+#include "packedbody.h"
 #include "textbuffer.h"
 #include "textvalue.h"
 #include "vx3/container.h"
@@ -50,6 +52,24 @@ bool CopyEntries(ContainerBody& to, const ContainerBody& from)
     return true;
 }
 
+bool CopyPlain(VX3Container& to, const ContainerBody& from)
+{
+    ContainerBody* made = DemandBody(to);
+    return made && CopyEntries(*made, from);
+}
+
+bool CopyPacked(VX3Container& to, const PackedBody& from)
+{
+    if (!from.IsUnchanged()) {
+        to.opaque = from.MakePlain(false);
+        return to.opaque;
+    }
+    PackedBody* made = PackedBody::Make(from.Id(), from.Count(), from.Entries());
+    if (made)
+        SetPacked(to, made);
+    return made;
+}
+
 bool BytesEqual(const ByteValue& a, const ByteValue& b)
 {
     return a.length == b.length && std::memcmp(a.Bytes(), b.Bytes(), static_cast<size_t>(a.length)) == 0;
@@ -76,6 +96,18 @@ bool EntriesEqual(const ContainerEntry& a, const ContainerEntry& b)
     return a.key == b.key && a.type == b.type && ValuesEqual(a.type, a.value, b.value);
 }
 
+// None is an empty one with the id 0.
+bool BodiesEqual(const ContainerBody* a, const ContainerBody* b)
+{
+    const int32_t count = a ? a->Count() : 0;
+    if (count != (b ? b->Count() : 0) || (a ? a->id : 0) != (b ? b->id : 0))
+        return false;
+    for (int32_t place = 0; place < count; ++place)
+        if (!EntriesEqual(*a->At(place), *b->At(place)))
+            return false;
+    return true;
+}
+
 } // namespace
 
 ContainerBody* ContainerBody::Make()
@@ -92,6 +124,8 @@ void ContainerBody::Free(ContainerBody* body)
     if (!body)
         return;
     body->Clear();
+    if (body->origin)
+        PackedBody::Free(body->origin);
     std::free(body);
     liveCounters.containers.Subtract();
 }
@@ -205,9 +239,18 @@ bool ContainerBody::Reindex(size_t newSize)
 
 ContainerBody* DemandBody(VX3Container& container)
 {
-    if (!container.opaque)
-        container.opaque = ContainerBody::Make();
-    return BodyOf(container);
+    PackedBody* packed = PackedOf(container);
+    if (!packed && container.opaque)
+        return PlainOf(container);
+    ContainerBody* made = packed ? packed->MakePlain(true) : ContainerBody::Make();
+    if (!made)
+        return nullptr;
+    container.opaque = made;
+    if (packed && packed->HasBytes())
+        made->origin = packed;
+    else if (packed)
+        PackedBody::Free(packed);
+    return made;
 }
 
 void FreeValue(int32_t type, ContainerValue value)
@@ -242,43 +285,41 @@ VX3Container* MakeNested()
 
 void DestructContainer(VX3Container& container)
 {
-    ContainerBody* body = BodyOf(container);
+    PackedBody* packed = PackedOf(container);
+    ContainerBody* plain = PlainOf(container);
     container.opaque = nullptr;
-    ContainerBody::Free(body);
+    ContainerBody::Free(plain);
+    if (packed)
+        PackedBody::Free(packed);
 }
 
 bool CopyContainer(VX3Container& to, const VX3Container& from)
 {
     if (to.opaque == from.opaque)
         return true;
-    ContainerBody* made = nullptr;
-    if (from.opaque) {
-        made = ContainerBody::Make();
-        if (!made || !CopyEntries(*made, *BodyOf(from))) {
-            ContainerBody::Free(made);
-            return false;
-        }
+    VX3Container made = {};
+    const PackedBody* packed = PackedOf(from);
+    if (from.opaque && !(packed ? CopyPacked(made, *packed) : CopyPlain(made, *PlainOf(from)))) {
+        DestructContainer(made);
+        return false;
     }
     // `from` may be nested in `to`, so what was there goes last.
-    ContainerBody* old = BodyOf(to);
-    to.opaque = made;
-    ContainerBody::Free(old);
+    std::swap(to.opaque, made.opaque);
+    DestructContainer(made);
     return true;
 }
 
+// Compared by their entries, so one that is packed is opened first.
 bool ContainersEqual(const VX3Container& a, const VX3Container& b)
 {
-    const ContainerBody* bodyA = BodyOf(a);
-    const ContainerBody* bodyB = BodyOf(b);
-    const int32_t countA = bodyA ? bodyA->Count() : 0;
-    const int32_t countB = bodyB ? bodyB->Count() : 0;
-    if (countA != countB || (bodyA ? bodyA->id : 0) != (bodyB ? bodyB->id : 0))
-        return false;
-    for (int32_t place = 0; place < countA; ++place) {
-        if (!EntriesEqual(*bodyA->At(place), *bodyB->At(place)))
-            return false;
-    }
-    return true;
+    VX3Container opened = {};
+    const bool isPacked = PackedOf(a) || PackedOf(b);
+    const VX3Container& packed = PackedOf(a) ? a : b;
+    if (!isPacked)
+        return BodiesEqual(PlainOf(a), PlainOf(b));
+    const bool isEqual = CopyContainer(opened, packed) && DemandBody(opened) && ContainersEqual(opened, PackedOf(a) ? b : a);
+    DestructContainer(opened);
+    return isEqual;
 }
 
 } // namespace vx3::core

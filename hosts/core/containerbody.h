@@ -13,6 +13,8 @@
 
 namespace vx3::core {
 
+class PackedBody;
+
 struct ByteValue {
     int64_t length;
 
@@ -53,6 +55,8 @@ public:
     void Clear();
 
     int32_t id = 0;
+    // What it was read as, if somebody may still look at bytes in it.
+    PackedBody* origin = nullptr;
 
 private:
     ContainerBody() = default;
@@ -70,12 +74,14 @@ private:
     size_t indexSize = 0;     // a power of two, or 0
 };
 
-inline ContainerBody* BodyOf(const VX3Container& container)
+constexpr uintptr_t packedMark = 1; // of a container that is still as it was read (packedbody.h)
+
+inline ContainerBody* PlainOf(const VX3Container& container)
 {
-    return static_cast<ContainerBody*>(container.opaque);
+    return (reinterpret_cast<uintptr_t>(container.opaque) & packedMark) != 0 ? nullptr : static_cast<ContainerBody*>(container.opaque);
 }
 
-// The body, made if there is none; none without memory.
+// The body for changes, made if there is none; none without memory.
 ContainerBody* DemandBody(VX3Container& container);
 
 // Frees what a value holds.

@@ -1,18 +1,18 @@
 #include "containerimage.h"
 
+#include <algorithm>
 #include <bit>
 #include <utility>
 
 #include "bigendian.h"
-#include "containerbody.h"
-#include "textbuffer.h"
-#include "vx3/container.h"
+#include "imagetext.h"
+#include "packedbody.h"
 
 namespace vx3::core {
 namespace {
 
-// A key, a type and the smallest value.
-constexpr size_t smallestEntry = sizeof(uint32_t) + 2 * sizeof(uint8_t);
+constexpr size_t smallestEntry = 3; // a key, a type and the smallest value
+constexpr uint64_t mostEntries = INT32_MAX / 4;
 
 class ImageWriter
 {
@@ -25,36 +25,62 @@ public:
     bool PutContainer(const VX3Container& container, int32_t depth);
 
 private:
+    bool PutPlain(const ContainerBody* body, int32_t depth);
+    bool PutPacked(const PackedBody& body, int32_t depth);
     bool PutEntry(const ContainerEntry& entry, int32_t depth);
+    bool PutNested(const VX3Container& container, int32_t depth);
+    void PutNumber(uint64_t number);
+    void PutSigned(int64_t number) { PutNumber(FoldSign(number)); }
+    void PutRun(std::span<const uint8_t> run) { image.insert(image.end(), run.begin(), run.end()); }
+    void PutFloat(double number);
     void PutText(UnitSpan text);
-    void PutBytes(const ByteValue& bytes);
-
-    template <class Number>
-    void Put(Number number)
-    {
-        uint8_t bytes[sizeof(Number)];
-        StoreBig(number, bytes);
-        image.insert(image.end(), bytes, bytes + sizeof(Number));
-    }
+    void PutLengthBefore(size_t start);
 
     std::vector<uint8_t>& image;
 };
 
-uint32_t CountWritten(const ContainerBody& body)
+int32_t CountWritten(const ContainerBody& body)
 {
-    uint32_t count = 0;
+    int32_t count = 0;
     for (int32_t place = 0; place < body.Count(); ++place)
         count += body.At(place)->type != VX3_VALUE_POINTER ? 1 : 0;
     return count;
+}
+
+// How deep the containers of an image are nested, the outermost one counted.
+int32_t HeightOf(std::span<const uint8_t> image)
+{
+    ImageCursor cursor(image);
+    int64_t id = 0;
+    uint64_t count = 0;
+    int32_t highest = 0;
+    ImageEntry entry;
+    (void)(cursor.TakeSigned(id) && cursor.TakeNumber(count));
+    while (cursor.TakeEntry(entry))
+        if (entry.type == VX3_VALUE_CONTAINER)
+            highest = std::max(highest, HeightOf(entry.value));
+    return highest + 1;
+}
+
+void ImageWriter::PutNumber(uint64_t number)
+{
+    for (; number > imageGroupMask; number >>= imageGroupBits)
+        image.push_back(static_cast<uint8_t>((number & imageGroupMask) | imageGroupFollows));
+    image.push_back(static_cast<uint8_t>(number));
 }
 
 bool ImageWriter::PutContainer(const VX3Container& container, int32_t depth)
 {
     if (depth > maximalContainerDepth)
         return false;
-    const ContainerBody* body = BodyOf(container);
-    Put(static_cast<uint32_t>(body ? body->id : 0));
-    Put(body ? CountWritten(*body) : uint32_t{ 0 });
+    const PackedBody* packed = PackedOf(container);
+    return packed ? PutPacked(*packed, depth) : PutPlain(PlainOf(container), depth);
+}
+
+bool ImageWriter::PutPlain(const ContainerBody* body, int32_t depth)
+{
+    PutSigned(body ? body->id : 0);
+    PutNumber(body ? static_cast<uint64_t>(CountWritten(*body)) : 0);
     for (int32_t place = 0; body && place < body->Count(); ++place) {
         const ContainerEntry& entry = *body->At(place);
         if (entry.type != VX3_VALUE_POINTER && !PutEntry(entry, depth))
@@ -63,172 +89,144 @@ bool ImageWriter::PutContainer(const VX3Container& container, int32_t depth)
     return true;
 }
 
+// As it was read, but for the nested ones that somebody may have changed. It may stand deeper
+// now than where it was read.
+bool ImageWriter::PutPacked(const PackedBody& body, int32_t depth)
+{
+    PutSigned(body.Id());
+    PutNumber(static_cast<uint64_t>(body.Count()));
+    ImageCursor cursor(body.Entries());
+    ImageEntry entry;
+    for (int32_t i = 0; i < body.Count() && cursor.TakeEntry(entry); ++i) {
+        PackedNested* nested = body.FindNested(entry.key);
+        if (nested && !PutEntry({ entry.key, entry.type, { .container = &nested->container } }, depth))
+            return false;
+        if (!nested && entry.type == VX3_VALUE_CONTAINER && depth + HeightOf(entry.value) > maximalContainerDepth)
+            return false;
+        if (!nested)
+            PutRun(entry.whole);
+    }
+    return true;
+}
+
 bool ImageWriter::PutEntry(const ContainerEntry& entry, int32_t depth)
 {
-    Put(static_cast<uint32_t>(entry.key));
-    Put(static_cast<uint8_t>(entry.type));
+    PutSigned(entry.key);
+    image.push_back(static_cast<uint8_t>(entry.type));
     switch (entry.type) {
-    case VX3_VALUE_INT32: Put(static_cast<uint32_t>(entry.value.int32)); return true;
-    case VX3_VALUE_INT64: Put(static_cast<uint64_t>(entry.value.int64)); return true;
-    case VX3_VALUE_FLOAT: Put(std::bit_cast<uint64_t>(entry.value.number)); return true;
-    case VX3_VALUE_BOOL: Put(static_cast<uint8_t>(entry.value.int32)); return true;
+    case VX3_VALUE_INT32: PutSigned(entry.value.int32); return true;
+    case VX3_VALUE_INT64: PutSigned(entry.value.int64); return true;
+    case VX3_VALUE_FLOAT: PutFloat(entry.value.number); return true;
+    case VX3_VALUE_BOOL: image.push_back(static_cast<uint8_t>(entry.value.int32)); return true;
     case VX3_VALUE_TEXT: PutText(SpanOf(entry.value.text)); return true;
-    case VX3_VALUE_BYTES: PutBytes(*entry.value.bytes); return true;
-    case VX3_VALUE_CONTAINER: return PutContainer(*entry.value.container, depth + 1);
+    case VX3_VALUE_CONTAINER: return PutNested(*entry.value.container, depth);
+    case VX3_VALUE_BYTES:
+        PutNumber(static_cast<uint64_t>(entry.value.bytes->length));
+        PutRun({ entry.value.bytes->Bytes(), static_cast<size_t>(entry.value.bytes->length) });
+        return true;
     default: return false;
     }
+}
+
+bool ImageWriter::PutNested(const VX3Container& container, int32_t depth)
+{
+    const size_t start = image.size();
+    if (!PutContainer(container, depth + 1))
+        return false;
+    PutLengthBefore(start);
+    return true;
+}
+
+void ImageWriter::PutFloat(double number)
+{
+    uint8_t bytes[sizeof(number)];
+    StoreBig(std::bit_cast<uint64_t>(number), bytes);
+    PutRun(bytes);
 }
 
 void ImageWriter::PutText(UnitSpan text)
 {
-    Put(static_cast<uint32_t>(text.length));
-    for (int32_t i = 0; i < text.length; ++i)
-        Put(text.units[i]);
+    const size_t start = image.size();
+    AppendImageText(text, image);
+    PutLengthBefore(start);
 }
 
-void ImageWriter::PutBytes(const ByteValue& bytes)
+// How much it is stands in front and is known behind.
+void ImageWriter::PutLengthBefore(size_t start)
 {
-    Put(static_cast<uint64_t>(bytes.length));
-    image.insert(image.end(), bytes.Bytes(), bytes.Bytes() + bytes.length);
+    const size_t end = image.size();
+    PutNumber(end - start);
+    std::rotate(image.begin() + static_cast<std::ptrdiff_t>(start), image.begin() + static_cast<std::ptrdiff_t>(end), image.end());
 }
 
-// Every length is compared with the bytes that are left before memory is asked for.
-class ImageReader
+// --- Checking ---
+
+bool CheckContainer(std::span<const uint8_t> image, int32_t depth);
+
+bool CheckValue(const ImageEntry& entry, int32_t depth)
+{
+    int32_t word = 0;
+    switch (entry.type) {
+    case VX3_VALUE_INT32: return ImageCursor(entry.value).TakeSigned(word);
+    case VX3_VALUE_BOOL: return entry.value[0] <= 1;
+    case VX3_VALUE_TEXT: return CountImageText(entry.value) >= 0;
+    case VX3_VALUE_CONTAINER: return CheckContainer(entry.value, depth + 1);
+    default: return true;
+    }
+}
+
+// Tells keys that stand twice. A few are compared one by one, and most not even that.
+class KeyCheck
 {
 public:
-    explicit ImageReader(std::span<const uint8_t> source)
-        : left(source)
+    explicit KeyCheck(uint64_t expected)
     {
+        if (expected > mostPackedEntries)
+            many.reserve(static_cast<size_t>(expected));
     }
 
-    bool TakeContainer(VX3Container& container, int32_t depth);
-    bool IsAtEnd() const { return left.empty(); }
+    // False if a key of a few was here.
+    bool Add(int32_t key)
+    {
+        if (many.capacity() > 0) {
+            many.push_back(key);
+            return true;
+        }
+        const uint64_t bit = uint64_t(1) << (static_cast<uint32_t>(key) % 64);
+        if ((seen & bit) != 0 && std::find(few, few + count, key) != few + count)
+            return false;
+        seen |= bit;
+        few[count++] = key;
+        return true;
+    }
+
+    bool AreManyUnique()
+    {
+        std::ranges::sort(many);
+        return std::ranges::adjacent_find(many) == many.end();
+    }
 
 private:
-    bool TakeEntry(ContainerBody& body, int32_t depth);
-    bool TakeValue(int32_t type, ContainerValue& value, int32_t depth);
-    bool TakeBool(ContainerValue& value);
-    bool TakeText(ContainerValue& value);
-    bool TakeBytes(ContainerValue& value);
-    bool TakeNested(ContainerValue& value, int32_t depth);
-
-    template <class Number>
-    bool Take(Number& number)
-    {
-        if (left.size() < sizeof(Number))
-            return false;
-        number = LoadBig<Number>(left.data());
-        left = left.subspan(sizeof(Number));
-        return true;
-    }
-
-    std::span<const uint8_t> left;
+    uint64_t seen = 0;
+    int32_t count = 0;
+    int32_t few[mostPackedEntries];
+    std::vector<int32_t> many;
 };
 
-bool ImageReader::TakeContainer(VX3Container& container, int32_t depth)
+bool CheckContainer(std::span<const uint8_t> image, int32_t depth)
 {
-    uint32_t id = 0;
-    uint32_t count = 0;
-    if (depth > maximalContainerDepth || !Take(id) || !Take(count) || count > left.size() / smallestEntry)
+    ImageCursor cursor(image);
+    int32_t id = 0;
+    uint64_t count = 0;
+    if (depth > maximalContainerDepth || !cursor.TakeSigned(id) || !cursor.TakeNumber(count) || count > cursor.Left() / smallestEntry
+        || count > mostEntries)
         return false;
-    if (id == 0 && count == 0)
-        return true;
-    ContainerBody* body = DemandBody(container);
-    if (!body)
-        return false;
-    body->id = static_cast<int32_t>(id);
-    for (uint32_t i = 0; i < count; ++i) {
-        if (!TakeEntry(*body, depth))
+    KeyCheck keys(count);
+    ImageEntry entry;
+    for (uint64_t i = 0; i < count; ++i)
+        if (!cursor.TakeEntry(entry) || !keys.Add(entry.key) || !CheckValue(entry, depth))
             return false;
-    }
-    return true;
-}
-
-bool ImageReader::TakeEntry(ContainerBody& body, int32_t depth)
-{
-    uint32_t key = 0;
-    uint8_t type = 0;
-    if (!Take(key) || !Take(type) || body.Find(static_cast<int32_t>(key)))
-        return false;
-    ContainerValue value = {};
-    if (!TakeValue(type, value, depth))
-        return false;
-    if (body.Set(static_cast<int32_t>(key), type, value))
-        return true;
-    FreeValue(type, value);
-    return false;
-}
-
-bool ImageReader::TakeValue(int32_t type, ContainerValue& value, int32_t depth)
-{
-    uint32_t word = 0;
-    uint64_t longWord = 0;
-    switch (type) {
-    case VX3_VALUE_INT32:
-        if (!Take(word))
-            return false;
-        value.int32 = static_cast<int32_t>(word);
-        return true;
-    case VX3_VALUE_INT64:
-        if (!Take(longWord))
-            return false;
-        value.int64 = static_cast<int64_t>(longWord);
-        return true;
-    case VX3_VALUE_FLOAT:
-        if (!Take(longWord))
-            return false;
-        value.number = std::bit_cast<double>(longWord);
-        return true;
-    case VX3_VALUE_BOOL: return TakeBool(value);
-    case VX3_VALUE_TEXT: return TakeText(value);
-    case VX3_VALUE_BYTES: return TakeBytes(value);
-    case VX3_VALUE_CONTAINER: return TakeNested(value, depth);
-    default: return false;
-    }
-}
-
-bool ImageReader::TakeBool(ContainerValue& value)
-{
-    uint8_t byte = 0;
-    if (!Take(byte) || byte > 1)
-        return false;
-    value.int32 = byte;
-    return true;
-}
-
-bool ImageReader::TakeText(ContainerValue& value)
-{
-    uint32_t length = 0;
-    if (!Take(length) || length > left.size() / sizeof(VX3Unit) || length > maximalTextLength)
-        return false;
-    if (length == 0)
-        return true;
-    VX3Unit* units = PrepareText(value.text, static_cast<int32_t>(length));
-    if (!units)
-        return false;
-    for (uint32_t i = 0; i < length; ++i)
-        units[i] = LoadBig<VX3Unit>(left.data() + i * sizeof(VX3Unit));
-    left = left.subspan(length * sizeof(VX3Unit));
-    return true;
-}
-
-bool ImageReader::TakeBytes(ContainerValue& value)
-{
-    uint64_t length = 0;
-    if (!Take(length) || length > left.size())
-        return false;
-    value.bytes = MakeBytes(left.data(), static_cast<int64_t>(length));
-    left = left.subspan(length);
-    return value.bytes;
-}
-
-bool ImageReader::TakeNested(ContainerValue& value, int32_t depth)
-{
-    value.container = MakeNested();
-    if (value.container && TakeContainer(*value.container, depth + 1))
-        return true;
-    FreeValue(VX3_VALUE_CONTAINER, value);
-    return false;
+    return cursor.IsAtEnd() && keys.AreManyUnique();
 }
 
 } // namespace
@@ -240,9 +238,10 @@ bool EncodeContainer(const VX3Container& container, std::vector<uint8_t>& image)
 
 bool DecodeContainer(std::span<const uint8_t> image, VX3Container& container)
 {
-    ImageReader reader(image);
+    if (!CheckContainer(image, 1))
+        return false;
     VX3Container read = {};
-    const bool done = reader.TakeContainer(read, 1) && reader.IsAtEnd();
+    const bool done = BuildContainer(image, read);
     if (done)
         std::swap(container.opaque, read.opaque);
     DestructContainer(read);

@@ -13,21 +13,37 @@ class Value:
         self.content = content
 
 
-def int32(number):
-    return Value(INT32, struct.pack(">i", number))
+def groups(natural):
+    """Seven bits in a byte, the lowest first; all bytes but the last have the high bit."""
+    written = b""
+    while natural > 0x7F:
+        written += bytes([natural & 0x7F | 0x80])
+        natural >>= 7
+    return written + bytes([natural])
 
 
-def unsigned(number):
-    return Value(INT32, struct.pack(">I", number))
+def signed(whole):
+    return groups(whole << 1 if whole >= 0 else (-whole << 1) - 1)
 
 
-def int64(number):
-    return Value(INT64, struct.pack(">q", number))
+def run(content):
+    return groups(len(content)) + content
+
+
+def int32(whole):
+    return Value(INT32, signed(whole))
+
+
+def unsigned(bits):
+    return int32(bits - (1 << 32) if bits >= 1 << 31 else bits)
+
+
+def int64(whole):
+    return Value(INT64, signed(whole))
 
 
 def text(characters):
-    units = characters.encode("utf-16-be", "surrogatepass")
-    return Value(TEXT, struct.pack(">I", len(units) // 2) + units)
+    return Value(TEXT, run(characters.encode("utf-8", "surrogatepass")))
 
 
 def truth(value):
@@ -40,9 +56,10 @@ def number(value):
 
 def image(entries, own=0):
     """`entries`: values by key, in the order of the file."""
-    written = struct.pack(">iI", own, len(entries))
+    written = signed(own) + groups(len(entries))
     for key, value in entries.items():
-        written += struct.pack(">iB", key, value.kind) + value.content
+        content = run(value.content) if value.kind == NESTED else value.content
+        written += signed(key) + bytes([value.kind]) + content
     return written
 
 
@@ -53,7 +70,7 @@ def nested(entries, own=0):
 def container(entries, own=0):
     """The payload of a chunk: a data file with one container."""
     written = image(entries, own)
-    return b"VX3d" + struct.pack(">I4sQ", 1, b"brow", len(written)) + written
+    return b"VX3d" + struct.pack(">I4sQ", 2, b"brow", len(written)) + written
 
 
 def chunk(tag, number_, payload=b"", length=None):

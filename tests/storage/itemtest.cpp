@@ -187,7 +187,7 @@ TEST_F(Items, AMoveEndsAtAFreePathOrChangesNothing)
         }
     }
     EXPECT_EQ(library.CountItems(), 2);
-    EXPECT_EQ(library.State().items.Find(1)->node->CountEntries(), 1) << "no entry stays behind";
+    EXPECT_EQ(library.State().items.Find(1)->node.load()->CountEntries(), 1) << "no entry stays behind";
 }
 
 // A deletion must know of handles that were opened under another path.

@@ -53,7 +53,7 @@ inline std::string ImageOf(const browser::BaseContainer& container)
     std::vector<uint8_t> image;
     vx3::core::EncodeContainer(*container.Value(), image);
     FileBytes file;
-    file.Raw("VX3d").Number(1, 4).Raw("brow").Number(image.size(), 8);
+    file.Raw("VX3d").Number(2, 4).Raw("brow").Number(image.size(), 8);
     return file.bytes + std::string(image.begin(), image.end());
 }
 

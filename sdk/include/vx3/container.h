@@ -3,7 +3,8 @@
  * A VX3Container keeps values of several types under 32-bit keys and has an id of its
  * own. A key holds one value: setting replaces, also with another type. Entries stand
  * in the order in which their keys were first set. A nested container keeps its
- * address while other keys come and go. One container is used by one thread at a time.
+ * address while other keys come and go. Many threads may read one container at once;
+ * whoever changes it, or one that is nested in it, does so alone.
  *
  * A getter answers its default if the key is absent or holds another type. A setter
  * answers 0 if there is no memory and then nothing has changed.
@@ -47,7 +48,7 @@ typedef struct VX3ContainerServices {
      * [any-thread] */
     const void* (*getBytes)(const VX3Container* container, int32_t key, int64_t* length);
     /* The nested container itself, borrowed until the key is set again or removed;
-     * none if absent. It may be changed in place. [any-thread] */
+     * none if absent, or without memory. It may be changed in place. [any-thread] */
     VX3Container* (*getContainer)(const VX3Container* container, int32_t key);
 
     VX3Bool (*setInt32)(VX3Container* container, int32_t key, int32_t value);                     /* [any-thread] */
@@ -62,7 +63,7 @@ typedef struct VX3ContainerServices {
 
     /* The type under a key, VX3_VALUE_NONE if it is absent. [any-thread] */
     int32_t (*typeOf)(const VX3Container* container, int32_t key);
-    /* Takes a key out; 0 if it was not there. [any-thread] */
+    /* Takes a key out; 0 if it was not there, or without memory. [any-thread] */
     VX3Bool (*remove)(VX3Container* container, int32_t key);
     /* Takes all keys out and keeps the id. [any-thread] */
     void (*clear)(VX3Container* container);

@@ -41,9 +41,9 @@ enum class LockRank : int32_t {
     Windows = 60,  // the slots of the windows: flags are set under it, nothing else
     Library = 70,  // everything in a library; one library at a time
     ItemMove = 72, // one move between two nodes of the index at a time
-    HashNode = 74, // the entries of one node of the index; a second one has the rank behind
+    HashIndex = 73,    // which nodes there are
+    HashNode = 74,     // the entries of one node of the index; a second one has the rank behind
     HashNodeSecond = 75,
-    HashIndex = 78,    // which nodes there are
     BitmapCache = 80,  // the decoded previews of one library
     BitmapOrder = 82,  // the order of use of all decoded previews
     LibraryTable = 90, // which libraries are open

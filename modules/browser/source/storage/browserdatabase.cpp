@@ -84,12 +84,19 @@ bool BrowserDatabase::Load()
     }
     String suffix;
     const String name = FindFreeName(suffix); // asks the other libraries, so without this one's lock
+    if (TakeItems(name, suffix))
+        return true;
+    DropItems();
+    return false;
+}
+
+bool BrowserDatabase::TakeItems(const String& name, const String& suffix)
+{
     const WriteGuard guard(lock, rank);
     if (!suffix.IsEmpty())
         TakeName(name, suffix);
     if (!EnterItems()) {
-        LeaveIndex(); // an item that cannot be found would be made a second time
-        state.items.Clear();
+        LeaveIndex();
         state.isDetached = true;
         return false;
     }
@@ -99,11 +106,19 @@ bool BrowserDatabase::Load()
     return true;
 }
 
+// An item that cannot be found would be made a second time.
+void BrowserDatabase::DropItems()
+{
+    WaitForHandles();
+    const WriteGuard guard(lock, rank);
+    state.items.Clear();
+}
+
 void BrowserDatabase::LeaveIndex()
 {
-    for (size_t place = 0; place < state.items.PlaceCount(); place++)
-        if (ItemRecord* record = state.items.At(place))
-            UnindexItem(*record);
+    for (size_t place = state.items.PlaceCount(); place > 0; place--)
+        if (ItemRecord* record = state.items.At(place - 1))
+            (void)TakeFromIndex(*record);
 }
 
 // Files below version 7 have other hashes.
@@ -124,7 +139,7 @@ bool BrowserDatabase::EnterItems()
         areEntered = areEntered && node;
         if (!node)
             continue;
-        node->GiveBackUse(*record);
+        node->AddUses(*record, -1);
         node->PutBefore(*record, isReadOnly);
     }
     return areEntered;

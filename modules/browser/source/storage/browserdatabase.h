@@ -100,12 +100,14 @@ private:
     bool FlushLocked(Force force, AllowRewrite allowRewrite, IgnoreReadOnly ignoreReadOnly);
     bool WriteLocked();
     bool RewriteLocked();
+    bool TakeItems(const String& name, const String& suffix);
+    void DropItems();
     bool EnterItems();
     void LeaveIndex();
     String FindFreeName(String& suffix);
     void TakeName(const String& name, const String& suffix);
     bool RenameItems(const String& oldName, const String& newName);
-    ItemRecord* CreateItem(const String& path, uint32_t hash);
+    BrowserDatabaseItem* CreateItem(const String& path, uint32_t hash);
     void WaitForHandles();
 
     mutable ReadWriteLock lock;

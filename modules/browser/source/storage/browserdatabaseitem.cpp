@@ -24,23 +24,20 @@ BrowserDatabaseItem::~BrowserDatabaseItem()
     database->CountHandle(-1);
 }
 
-// False for an item whose deletion waits for its last handle. A move changes the node, so it
-// is asked for under the lock; a library that closes has none left.
+// False for an item whose deletion waits for its last handle, and for one that is on its way
+// from one node to another: both are for the lock of the library.
 bool BrowserDatabaseItem::GiveBackUse()
 {
-    const ReadGuard guard(database->Lock(), rank);
-    if (record->state == ItemState::DeletePending)
-        return false;
-    if (record->node)
-        record->node->GiveBackUse(*record);
-    return true;
+    BrowserHashNode* node = record->node.load(std::memory_order_acquire);
+    return node && node->GiveBackUse(*record) == GivenBack::Yes;
 }
 
 // The last one makes it a deleted item, which is still to be written.
 void BrowserDatabaseItem::EndUse()
 {
     const WriteGuard guard(database->Lock(), rank);
-    if (record->node && record->node->ReleaseEntry(*record))
+    BrowserHashNode* node = record->node.load(std::memory_order_acquire);
+    if (node && node->ReleaseEntry(*record))
         database->NoteChanged(*record);
 }
 

@@ -139,22 +139,11 @@ private:
     const int32_t id;
 };
 
-// Changes values of a record whose library's lock is held. A search reads paths with the
-// lock of the node alone, so nothing beside them may move meanwhile.
-template <class Change>
-bool ChangeValues(ItemRecord& record, Change change)
-{
-    if (!record.node)
-        return change(record.values);
-    const WriteGuard guard(record.node->nodeLock, LockRank::HashNode);
-    return change(record.values);
-}
-
 template <class Change>
 bool BrowserDatabaseItem::Apply(Change change)
 {
     const WriteGuard guard(database->Lock(), LockRank::Library);
-    if (database->State().readOnly || !ChangeValues(*record, change))
+    if (database->State().readOnly || !change(record->values))
         return false;
     database->NoteChanged(*record);
     return true;

@@ -10,65 +10,102 @@ namespace {
 
 constexpr size_t firstSlots = 256;
 
-// Which nodes there are: an open table by hash, at most half full.
+constexpr size_t blockNodes = 256; // that are made at once
+constexpr size_t firstBlocks = 16;
+
+// Where a node is, with its hash, so that looking for one touches no other.
+struct NodeSlot {
+    uint32_t hash = 0;
+    uint32_t number = 0; // from 1 on; 0 is free
+};
+
+// Which nodes there are: an open table by hash, at most half full, and the nodes themselves in
+// blocks, in the order in which they were made.
 struct HashIndexRoot {
     ReadWriteLock lock;
-    BrowserHashNode** slots = nullptr;
+    NodeSlot* slots = nullptr;
     size_t slotCount = 0; // a power of two, or 0
-    size_t nodeCount = 0;
+    uint32_t nodeCount = 0;
+    BrowserHashNode** blocks = nullptr;
+    size_t blockCount = 0;
+    size_t blockCapacity = 0;
 };
 
 HashIndexRoot root;
 HostLock moveLock;
 
+BrowserHashNode* NodeOf(uint32_t number)
+{
+    return root.blocks[(number - 1) / blockNodes] + (number - 1) % blockNodes;
+}
+
 // Hashes are well spread already.
-BrowserHashNode** SlotOf(uint32_t hash)
+NodeSlot& SlotOf(uint32_t hash)
 {
     const size_t mask = root.slotCount - 1;
     size_t slot = hash & mask;
-    while (root.slots[slot] && root.slots[slot]->hash != hash)
+    while (root.slots[slot].number && root.slots[slot].hash != hash)
         slot = (slot + 1) & mask;
-    return root.slots + slot;
+    return root.slots[slot];
 }
 
 bool ReserveSlot()
 {
-    if (root.nodeCount * 2 < root.slotCount)
+    if (root.nodeCount * size_t(2) < root.slotCount)
         return true;
     const size_t oldCount = root.slotCount, wanted = oldCount ? oldCount * 2 : firstSlots;
-    auto* larger = static_cast<BrowserHashNode**>(HostAlloc(wanted * sizeof(BrowserHashNode*), SourcePlace::Here(), Clear::Yes));
+    auto* larger = static_cast<NodeSlot*>(HostAlloc(wanted * sizeof(NodeSlot), SourcePlace::Here(), Clear::Yes));
     if (!larger)
         return false;
-    BrowserHashNode** old = std::exchange(root.slots, larger);
+    NodeSlot* old = std::exchange(root.slots, larger);
     root.slotCount = wanted;
     for (size_t i = 0; i < oldCount; i++)
-        if (old[i])
-            *SlotOf(old[i]->hash) = old[i];
+        if (old[i].number)
+            SlotOf(old[i].hash) = old[i];
     HostFree(old);
     return true;
 }
 
-BrowserHashNode* DemandNode(uint32_t hash)
+bool ReserveBlock()
 {
-    const WriteGuard guard(root.lock, LockRank::HashIndex);
-    if (!ReserveSlot())
-        return nullptr;
-    BrowserHashNode** slot = SlotOf(hash);
-    if (!*slot) {
-        *slot = Make<BrowserHashNode>()(hash);
-        root.nodeCount += *slot != nullptr;
-    }
-    return *slot;
+    if (root.blockCount < root.blockCapacity)
+        return true;
+    const size_t wanted = root.blockCapacity ? root.blockCapacity * 2 : firstBlocks;
+    auto* larger = static_cast<BrowserHashNode**>(HostAlloc(wanted * sizeof(BrowserHashNode*), SourcePlace::Here()));
+    if (!larger)
+        return false;
+    std::copy_n(root.blocks, root.blockCount, larger);
+    HostFree(std::exchange(root.blocks, larger));
+    root.blockCapacity = wanted;
+    return true;
+}
+
+bool ReserveNode()
+{
+    if (root.nodeCount < root.blockCount * blockNodes)
+        return true;
+    auto* block =
+        ReserveBlock() ? static_cast<BrowserHashNode*>(HostAlloc(blockNodes * sizeof(BrowserHashNode), SourcePlace::Here())) : nullptr;
+    if (block)
+        root.blocks[root.blockCount++] = block;
+    return block;
 }
 
 } // namespace
 
 // --- A node ---
 
+// Where it was last seen, or in front of that, since entries only move up.
 HashEntry* BrowserHashNode::EntryOf(const ItemRecord& record)
 {
-    HashEntry* end = Entries() + entryCount;
-    HashEntry* found = std::find_if(Entries(), end, [&record](const HashEntry& entry) { return entry.record == &record; });
+    HashEntry* entries = Entries();
+    const auto isWanted = [&record](const HashEntry& entry) { return entry.record == &record; };
+    const uint32_t last = std::min(record.entryPlace, static_cast<uint32_t>(entryCount ? entryCount - 1 : 0));
+    for (uint32_t place = entryCount ? last + 1 : 0; place > 0; place--)
+        if (isWanted(entries[place - 1]))
+            return entries + place - 1;
+    HashEntry* end = entries + entryCount;
+    HashEntry* found = std::find_if(entries + std::min<uint32_t>(last + 1, static_cast<uint32_t>(entryCount)), end, isWanted);
     return found == end ? nullptr : found;
 }
 
@@ -78,55 +115,65 @@ bool BrowserHashNode::AddEntry(ItemRecord& record, int32_t uses)
     return AddEntryLocked(record, uses);
 }
 
-bool BrowserHashNode::AddEntryLocked(ItemRecord& record, int32_t uses)
+bool BrowserHashNode::Grow()
 {
-    if (entryCount == capacity) {
-        const int32_t wanted = capacity * 2;
-        auto* larger = static_cast<HashEntry*>(HostAlloc(static_cast<size_t>(wanted) * sizeof(HashEntry), SourcePlace::Here()));
-        if (!larger)
-            return false;
-        for (int32_t i = 0; i < wanted; i++) {
-            auto* entry = ::new (static_cast<void*>(larger + i)) HashEntry;
-            if (i < entryCount) {
-                entry->record = Entries()[i].record;
-                entry->uses = Entries()[i].uses.load(std::memory_order_relaxed);
-            }
+    const int32_t wanted = capacity * 2;
+    auto* larger = static_cast<HashEntry*>(HostAlloc(static_cast<size_t>(wanted) * sizeof(HashEntry), SourcePlace::Here()));
+    if (!larger)
+        return false;
+    for (int32_t i = 0; i < wanted; i++) {
+        auto* entry = ::new (static_cast<void*>(larger + i)) HashEntry;
+        if (i < entryCount) {
+            entry->record = Entries()[i].record;
+            entry->uses = Entries()[i].uses.load(std::memory_order_relaxed);
         }
-        HostFree(std::exchange(more, larger));
-        capacity = wanted;
     }
-    HashEntry& entry = Entries()[entryCount++];
-    entry.record = &record;
-    entry.uses.store(uses, std::memory_order_relaxed);
-    record.node = this;
+    HostFree(std::exchange(more, larger));
+    capacity = wanted;
     return true;
 }
 
-ItemRecord* BrowserHashNode::FindEntry(const String& path, bool exactly)
+bool BrowserHashNode::AddEntryLocked(ItemRecord& record, int32_t uses)
 {
-    const ReadGuard guard(nodeLock, LockRank::HashNode);
-    ItemRecord* found = FindEntryLocked(path, exactly);
-    if (found)
-        EntryOf(*found)->uses.fetch_add(1, std::memory_order_relaxed);
-    return found;
+    if (entryCount == capacity && !Grow())
+        return false;
+    hasSeveralOwners = entryCount > 0 && (hasSeveralOwners || Entries()[0].record->owner != record.owner);
+    record.entryPlace = static_cast<uint32_t>(entryCount);
+    HashEntry& entry = Entries()[entryCount++];
+    entry.record = &record;
+    entry.uses.store(uses, std::memory_order_relaxed);
+    record.node.store(this, std::memory_order_release);
+    return true;
 }
 
-ItemRecord* BrowserHashNode::FindEntryLocked(const String& path, bool exactly) const
+HashEntry* BrowserHashNode::FindEntryLocked(const String& path, bool exactly)
 {
-    for (const HashEntry* entry = Entries(); entry < Entries() + entryCount; entry++)
+    for (HashEntry* entry = Entries(); entry < Entries() + entryCount; entry++)
         if (entry->record->state == ItemState::Live && entry->record->HasPath(path, exactly))
-            return entry->record;
+            return entry;
     return nullptr;
 }
 
 void BrowserHashNode::RemoveEntry(HashEntry& entry)
 {
-    entry.record->node = nullptr;
+    entry.record->node.store(nullptr, std::memory_order_release);
     HashEntry* end = Entries() + --entryCount;
     for (HashEntry* place = &entry; place < end; place++) {
         place->record = place[1].record;
         place->uses.store(place[1].uses.load(std::memory_order_relaxed), std::memory_order_relaxed);
     }
+}
+
+GivenBack BrowserHashNode::GiveBackUse(const ItemRecord& record)
+{
+    const ReadGuard guard(nodeLock, LockRank::HashNode);
+    if (record.node.load(std::memory_order_acquire) != this)
+        return GivenBack::Moved;
+    if (record.state == ItemState::DeletePending)
+        return GivenBack::Waits;
+    if (HashEntry* entry = EntryOf(record))
+        entry->uses.fetch_sub(1, std::memory_order_acq_rel);
+    return GivenBack::Yes;
 }
 
 bool BrowserHashNode::ReleaseEntry(ItemRecord& record)
@@ -163,16 +210,25 @@ int32_t BrowserHashNode::TakeEntryLocked(ItemRecord& record)
     return uses;
 }
 
+bool BrowserHashNode::TakeOverLocked(ItemRecord& record, BrowserHashNode& source)
+{
+    if (entryCount == capacity && !Grow())
+        return false;
+    const int32_t uses = source.TakeEntryLocked(record);
+    return AddEntryLocked(record, uses);
+}
+
+// All of one library are as writable as each other.
 void BrowserHashNode::PutBefore(ItemRecord& record, bool (*isReadOnly)(const ItemRecord&))
 {
     if (isReadOnly(record))
         return;
     const WriteGuard guard(nodeLock, LockRank::HashNode);
-    HashEntry* own = entryCount > 1 ? EntryOf(record) : nullptr;
-    const String path = own ? record.GetPath() : String();
+    HashEntry* own = hasSeveralOwners ? EntryOf(record) : nullptr;
     for (HashEntry* other = Entries(); own && other < own; other++)
-        if (isReadOnly(*other->record) && other->record->HasPath(path, true)) {
+        if (isReadOnly(*other->record) && other->record->HasPath(record.path, true)) {
             std::swap(own->record, other->record);
+            std::swap(own->record->entryPlace, other->record->entryPlace);
             const int32_t uses = own->uses.load(std::memory_order_relaxed);
             own->uses.store(other->uses.load(std::memory_order_relaxed), std::memory_order_relaxed);
             other->uses.store(uses, std::memory_order_relaxed);
@@ -193,10 +249,28 @@ uint32_t PathHash(const String& path)
     return FinishCrc(ContinueCrcFolding(crcStart, path.View()));
 }
 
-BrowserHashNode* FindNode(uint32_t hash)
+HashSearch::HashSearch(uint32_t hash) CB_UNCHECKED // the destructor gives it back
 {
-    const ReadGuard guard(root.lock, LockRank::HashIndex);
-    return root.slotCount ? *SlotOf(hash) : nullptr;
+    root.lock.LockShared(LockRank::HashIndex);
+    const uint32_t number = root.slotCount ? SlotOf(hash).number : 0;
+    node = number ? NodeOf(number) : nullptr;
+}
+
+HashSearch::~HashSearch() CB_UNCHECKED
+{
+    root.lock.UnlockShared();
+}
+
+BrowserHashNode* DemandNode(uint32_t hash)
+{
+    const WriteGuard guard(root.lock, LockRank::HashIndex);
+    if (!ReserveSlot() || !ReserveNode())
+        return nullptr;
+    NodeSlot& slot = SlotOf(hash);
+    if (slot.number)
+        return NodeOf(slot.number);
+    slot = { hash, ++root.nodeCount };
+    return ::new (static_cast<void*>(NodeOf(slot.number))) BrowserHashNode(hash);
 }
 
 BrowserHashNode* IndexItem(ItemRecord& record, uint32_t hash)
@@ -205,19 +279,23 @@ BrowserHashNode* IndexItem(ItemRecord& record, uint32_t hash)
     return node && node->AddEntry(record) ? node : nullptr;
 }
 
-void UnindexItem(ItemRecord& record)
+int32_t TakeFromIndex(ItemRecord& record)
 {
-    if (record.node)
-        (void)record.node->TakeEntry(record);
+    BrowserHashNode* node = record.node.load(std::memory_order_acquire);
+    return node ? node->TakeEntry(record) : 0;
 }
 
 void DestroyIndex()
 {
     const WriteGuard guard(root.lock, LockRank::HashIndex);
-    for (size_t i = 0; i < root.slotCount; i++)
-        delete root.slots[i];
+    for (uint32_t number = 1; number <= root.nodeCount; number++)
+        NodeOf(number)->~BrowserHashNode();
+    for (size_t i = 0; i < root.blockCount; i++)
+        HostFree(root.blocks[i]);
+    HostFree(std::exchange(root.blocks, nullptr));
     HostFree(std::exchange(root.slots, nullptr));
     root.slotCount = root.nodeCount = 0;
+    root.blockCount = root.blockCapacity = 0;
 }
 
 HostLock& ItemMoveLock()

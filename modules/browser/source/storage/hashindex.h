@@ -20,6 +20,13 @@ struct HashEntry {
     std::atomic<int32_t> uses = 0;
 };
 
+// What became of a use that was given back.
+enum class GivenBack : int32_t {
+    Yes,
+    Waits, // not yet: a deletion waits for the last use, which ReleaseEntry gives back
+    Moved, // the record is not in this node any more
+};
+
 class BrowserHashNode
 {
 public:
@@ -28,17 +35,14 @@ public:
     {
     }
     ~BrowserHashNode() { HostFree(more); }
-    static void operator delete(void* block) { HostFree(block); }
     BrowserHashNode(const BrowserHashNode&) = delete;
     BrowserHashNode& operator=(const BrowserHashNode&) = delete;
 
     [[nodiscard]] bool AddEntry(ItemRecord& record, int32_t uses = 1);
-    // The first one with the path, used once more; none if there is no such.
-    ItemRecord* FindEntry(const String& path, bool exactly);
+    GivenBack GiveBackUse(const ItemRecord& record);
     // Gives a use back. True if it was the last one of a record whose deletion waited for it:
     // that is out of the index and Deleted then, and its library has to be told.
     bool ReleaseEntry(ItemRecord& record);
-    void GiveBackUse(const ItemRecord& record) { AddUses(record, -1); }
     void AddUses(const ItemRecord& record, int32_t uses);
     int32_t TakeEntry(ItemRecord& record); // its uses; -1 if it is absent
     // A record of a library that can be written comes before one with the same path of a
@@ -48,18 +52,22 @@ public:
 
     const uint32_t hash;
 
-    // For a change of two nodes at once.
+    // For a search that counts on what it finds, and for a change of two nodes at once.
     ReadWriteLock nodeLock;
+    // The first one with the path; none if there is no such.
+    HashEntry* FindEntryLocked(const String& path, bool exactly);
     bool AddEntryLocked(ItemRecord& record, int32_t uses) CB_HOLDS(nodeLock);
-    ItemRecord* FindEntryLocked(const String& path, bool exactly) const;
     int32_t TakeEntryLocked(ItemRecord& record) CB_HOLDS(nodeLock);
+    // The record comes here with its uses; false without memory. Both are locked.
+    bool TakeOverLocked(ItemRecord& record, BrowserHashNode& source) CB_UNCHECKED;
 
 private:
     HashEntry* Entries() { return more ? more : &firstEntry; }
-    const HashEntry* Entries() const { return more ? more : &firstEntry; }
     HashEntry* EntryOf(const ItemRecord& record);
+    bool Grow();
     void RemoveEntry(HashEntry& entry);
 
+    bool hasSeveralOwners = false;
     int32_t entryCount = 0;
     int32_t capacity = 1;
     HashEntry firstEntry;
@@ -69,12 +77,28 @@ private:
 // The hash of a path's text, as it is stored: CRC-32 of the lower-case units, high byte first.
 uint32_t PathHash(const String& path);
 
-// None if no record has the hash.
-BrowserHashNode* FindNode(uint32_t hash);
+// The node of a hash, for a search: the index does not go while this lives. None if no record
+// has the hash, or ever had.
+class HashSearch
+{
+public:
+    explicit HashSearch(uint32_t hash);
+    ~HashSearch();
+    HashSearch(const HashSearch&) = delete;
+    HashSearch& operator=(const HashSearch&) = delete;
+
+    explicit operator bool() const { return node != nullptr; }
+    BrowserHashNode* operator->() const { return node; }
+
+private:
+    BrowserHashNode* node = nullptr;
+};
+
+BrowserHashNode* DemandNode(uint32_t hash); // an empty one if there is none; none without memory
 // Enters a record under its hash with one use, and gives its node; none without memory.
 BrowserHashNode* IndexItem(ItemRecord& record, uint32_t hash);
-// Takes records out of their nodes, whoever uses them.
-void UnindexItem(ItemRecord& record);
+// Takes a record out of its node, whoever uses it, and gives its uses; 0 if it is in none.
+int32_t TakeFromIndex(ItemRecord& record);
 void DestroyIndex(); // with no library open
 
 // One move of an item or a library at a time: it changes two nodes.

@@ -1,8 +1,8 @@
 // Items by their paths: found over all libraries, made, moved, deleted.
 //
-// A search locks a node of the index and then the library of what it found, one behind the
-// other; what it found is looked at again under the second lock. So there are never two
-// libraries locked, whoever owns an item.
+// A search locks a node of the index and counts what it found there. What is done with that is
+// done behind it, under the lock of its library alone. So there are never two libraries locked,
+// whoever owns an item.
 
 #include "storage/browserdatabaseitem.h"
 #include "storage/librarytable.h"
@@ -18,40 +18,22 @@ constexpr bool exactly = false; // paths are the same whatever their case
 struct FoundItem {
     LibraryRef library;
     ItemRecord* record = nullptr;
-    int32_t id = 0;
 };
 
-// A library takes its items out of the index before it waits for those who count on it, so
-// one that is counted while its item is in a node is still there afterwards.
-FoundItem LookInto(BrowserHashNode& node, const String& path)
-{
-    const ReadGuard guard(node.nodeLock, LockRank::HashNode);
-    ItemRecord* record = node.FindEntryLocked(path, exactly);
-    if (!record)
-        return {};
-    record->owner->CountHandle(1);
-    return { LibraryRef(record->owner), record, record->id };
-}
-
-// False if the item was deleted or moved meanwhile; the record may be gone then.
-bool TakeUse(BrowserHashNode& node, const FoundItem& found)
-{
-    const ReadGuard guard(found.library->Lock(), rank);
-    if (found.library->State().items.Find(found.id) != found.record || found.record->node != &node
-        || found.record->state != ItemState::Live)
-        return false;
-    node.AddUses(*found.record, 1);
-    return true;
-}
-
+// A record with a use stays, and a library takes its items out of the index before it waits for
+// those who count on it: so both are counted while the item is seen in its node.
 FoundItem UseItem(const String& path, uint32_t hash)
 {
-    while (BrowserHashNode* node = FindNode(hash)) {
-        FoundItem found = LookInto(*node, path);
-        if (!found.record || TakeUse(*node, found))
-            return found;
-    }
-    return {};
+    const HashSearch node(hash);
+    if (!node)
+        return {};
+    const ReadGuard guard(node->nodeLock, LockRank::HashNode);
+    HashEntry* entry = node->FindEntryLocked(path, exactly);
+    if (!entry)
+        return {};
+    entry->uses.fetch_add(1, std::memory_order_relaxed);
+    entry->record->owner->CountHandle(1);
+    return { LibraryRef(entry->record->owner), entry->record };
 }
 
 BrowserDatabaseItem* MakeHandle(const FoundItem& found)
@@ -72,72 +54,54 @@ BrowserDatabaseItem* WritableOrNone(BrowserDatabaseItem* item)
 
 bool IsKnown(const String& path, uint32_t hash)
 {
-    BrowserHashNode* node = FindNode(hash);
+    const HashSearch node(hash);
     if (!node)
         return false;
     const ReadGuard guard(node->nodeLock, LockRank::HashNode);
     return node->FindEntryLocked(path, exactly) != nullptr;
 }
 
-void DiscardItem(LibraryState& library, ItemRecord& record)
+// With the lock of its library held, which keeps it in its node.
+BrowserHashNode& NodeOf(const ItemRecord& record)
 {
-    UnindexItem(record);
-    library.items.Remove(record);
-    library.itemCount--;
+    return *record.node.load(std::memory_order_acquire);
 }
 
 // With the lock of its library held: it may be changed, and nobody was faster.
 bool IsStillAt(const FoundItem& found, const String& path)
 {
-    return !found.library->State().readOnly && found.record->state == ItemState::Live && found.record->node
+    return !found.library->State().readOnly && found.record->state == ItemState::Live && found.record->node.load()
         && found.record->HasPath(path, exactly);
 }
 
 // --- Moving: all memory is taken before anything changes ---
 
-bool MakePlace(const ItemRecord& record, const String& path, uint32_t hash, BaseContainer& place)
-{
-    const BaseContainer* old = record.values.GetContainer(ItemPath);
-    return old && place.Set(*old) && place.SetText(PathText, path) && place.SetInt32(PathHashValue, static_cast<int32_t>(hash));
-}
-
 // Of another item; the record itself is no conflict, so that only the case may change.
-bool IsTaken(const BrowserHashNode& node, const String& path, const ItemRecord& moved)
+bool IsTaken(BrowserHashNode& node, const String& path, const ItemRecord& moved)
 {
-    const ItemRecord* other = node.FindEntryLocked(path, exactly);
-    return other && other != &moved;
+    const HashEntry* other = node.FindEntryLocked(path, exactly);
+    return other && other->record != &moved;
 }
 
-bool RenameInNode(ItemRecord& record, const String& path, BaseContainer& place)
+bool RenameInNode(ItemRecord& record, const String& path, ItemPlace& place)
 {
-    const WriteGuard guard(record.node->nodeLock, LockRank::HashNode);
-    if (IsTaken(*record.node, path, record))
+    BrowserHashNode& node = NodeOf(record);
+    const WriteGuard guard(node.nodeLock, LockRank::HashNode);
+    if (IsTaken(node, path, record))
         return false;
-    record.values.FindContainer(ItemPath)->Swap(place);
+    place.Take();
     return true;
 }
 
-// For a moment both nodes list the record. Its users go with it.
-bool MoveToNode(ItemRecord& record, const String& path, uint32_t hash, BaseContainer& place)
+// Its users go with it.
+bool MoveToNode(ItemRecord& record, const String& path, BrowserHashNode& target, ItemPlace& place)
 {
-    BrowserHashNode& source = *record.node;
-    BrowserHashNode* target = IndexItem(record, hash);
-    if (!target)
+    BrowserHashNode& source = NodeOf(record);
+    const WriteGuard sourceGuard(source.nodeLock, LockRank::HashNode);
+    const WriteGuard targetGuard(target.nodeLock, LockRank::HashNodeSecond);
+    if (IsTaken(target, path, record) || !target.TakeOverLocked(record, source))
         return false;
-    int32_t uses = 0;
-    {
-        const WriteGuard sourceGuard(source.nodeLock, LockRank::HashNode);
-        const WriteGuard targetGuard(target->nodeLock, LockRank::HashNodeSecond);
-        if (IsTaken(*target, path, record)) {
-            (void)target->TakeEntryLocked(record);
-            record.node = &source;
-            return false;
-        }
-        record.values.FindContainer(ItemPath)->Swap(place);
-        uses = source.TakeEntryLocked(record);
-        record.node = target;
-    }
-    target->AddUses(record, uses - 1); // it came with one
+    place.Take();
     return true;
 }
 
@@ -145,10 +109,13 @@ bool MoveRecord(ItemRecord& record, const String& path)
 {
     const LockGuard moving(ItemMoveLock(), LockRank::ItemMove);
     const uint32_t hash = PathHash(path);
-    BaseContainer place;
-    if (!MakePlace(record, path, hash, place))
+    ItemPlace place;
+    if (!place.Prepare(record, path, hash))
         return false;
-    return record.node->hash == hash ? RenameInNode(record, path, place) : MoveToNode(record, path, hash, place);
+    if (NodeOf(record).hash == hash)
+        return RenameInNode(record, path, place);
+    BrowserHashNode* target = DemandNode(hash);
+    return target && MoveToNode(record, path, *target, place);
 }
 
 } // namespace
@@ -186,30 +153,25 @@ BrowserDatabaseItem* BrowserDatabase::OpenItem(const String& path, Force force)
             return nullptr;
         if (IsKnown(path, hash))
             continue;
-        ItemRecord* record = CreateItem(path, hash);
-        if (!record)
-            return nullptr;
-        if (auto* handle = Make<BrowserDatabaseItem>()(*this, *record))
-            return handle;
-        DiscardItem(state, *record);
-        return nullptr;
+        return CreateItem(path, hash);
     }
 }
 
-// With one use, for the handle.
-ItemRecord* BrowserDatabase::CreateItem(const String& path, uint32_t hash)
+// Others find it as soon as it is in the index, so that comes last.
+BrowserDatabaseItem* BrowserDatabase::CreateItem(const String& path, uint32_t hash)
 {
-    ItemRecord* record = state.nextItemId < firstItemId ? nullptr : state.items.Add(state.nextItemId, this);
-    if (!record)
-        return nullptr;
-    if (!record->values.SetId(record->id) || !record->SetPath(path, hash) || !IndexItem(*record, hash)) {
-        state.items.Remove(*record);
+    void* handle = HostAlloc(sizeof(BrowserDatabaseItem), SourcePlace::Here());
+    ItemRecord* record = handle && state.nextItemId >= firstItemId ? state.items.Add(state.nextItemId, this) : nullptr;
+    if (!record || !record->values.SetId(record->id) || !record->SetPath(path, hash) || !IndexItem(*record, hash)) {
+        if (record)
+            state.items.Remove(*record);
+        HostFree(handle);
         return nullptr;
     }
     state.nextItemId = static_cast<int32_t>(static_cast<uint32_t>(record->id) + 1);
     state.itemCount++;
     NoteChanged(*record);
-    return record;
+    return ::new (handle) BrowserDatabaseItem(*this, *record);
 }
 
 bool BrowserDatabase::MoveItem(const String& from, const String& to)
@@ -238,7 +200,7 @@ bool BrowserDatabase::DeleteItem(const String& path)
     if (!IsStillAt(found, path))
         return false;
     {
-        const WriteGuard nodeGuard(found.record->node->nodeLock, LockRank::HashNode);
+        const WriteGuard nodeGuard(NodeOf(*found.record).nodeLock, LockRank::HashNode);
         found.record->state = ItemState::DeletePending;
     }
     owner.state.itemCount--;

@@ -78,7 +78,7 @@ bool BrowserDatabaseItem::SetStoredData(const void* bytes, int64_t size, Storage
     LibraryState& state = database->State();
     if (state.readOnly)
         return false;
-    ContainerSlot slot(*record, &record->values, ItemData);
+    ContainerSlot slot(&record->values, ItemData);
     if (!slot
         || !(state.dataInFile ? AppendPayload(state, PayloadKind::Data, id, bytes, size, entry)
                               : WriteDataFile(state, *record, bytes, size)))

@@ -57,7 +57,7 @@ ItemRecord* ItemList::Add(int32_t id, BrowserDatabase* owner)
         Destroy(record);
         return nullptr;
     }
-    record->place = records.Count() - 1;
+    record->place = static_cast<uint32_t>(records.Count() - 1);
     *SlotOf(id) = record;
     liveCount++;
     return record;
@@ -104,7 +104,7 @@ void ItemList::SweepIfSparse()
 {
     if (records.Count() < 2 * liveCount + sparse)
         return;
-    size_t place = 0;
+    uint32_t place = 0;
     for (ItemRecord* record : records)
         if (record) {
             record->place = place;

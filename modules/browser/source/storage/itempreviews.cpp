@@ -145,8 +145,7 @@ bool BrowserDatabaseItem::AddPreviewBytes(const void* bytes, int64_t size, const
     LibraryState& state = database->State();
     if (state.readOnly)
         return false;
-    (void)ChangeValues(*record, [](BaseContainer& values) { return values.DemandContainer(ItemPreviews) != nullptr; });
-    ContainerSlot slot(*record, record->values.FindContainer(ItemPreviews), info.number);
+    ContainerSlot slot(record->values.DemandContainer(ItemPreviews), info.number);
     if (!slot
         || !(state.dataInFile ? AppendPayload(state, PayloadKind::Preview, id, bytes, size, entry)
                               : WriteOutside(state, id, info.number, bytes, size, entry)))
@@ -206,7 +205,7 @@ bool BrowserDatabaseItem::DeleteAllPreviews()
     LibraryState& state = database->State();
     if (state.readOnly)
         return false;
-    (void)ChangeValues(*record, [](BaseContainer& values) { return values.Remove(ItemScanSizes); });
+    (void)record->values.Remove(ItemScanSizes);
     const BaseContainer* previews = record->values.GetContainer(ItemPreviews);
     const bool isHeld = state.dataInFile && previews && previews->Count() > 0 && OpenForUpdate(state); // once for all of them
     bool areGone = true;

@@ -12,30 +12,51 @@ uint16_t Field(int32_t packed, int shift, uint32_t mask)
     return static_cast<uint16_t>(static_cast<uint32_t>(packed) >> shift & mask);
 }
 
+// False without memory; a text that is not there is an empty one.
+bool ReadText(const BaseContainer& container, int32_t key, String& text)
+{
+    return host->container->getText(container.Value(), key, text.Value()) || container.TypeOf(key) != VX3_VALUE_TEXT;
+}
+
 } // namespace
 
-String ItemRecord::GetPath() const
+bool ItemRecord::HasPath(const String& other, bool exactly) const
 {
-    const BaseContainer* path = values.GetContainer(ItemPath);
-    return path ? path->GetText(PathText) : String();
+    return path == other || (!exactly && IsSameFolded(path, other));
 }
 
-uint32_t ItemRecord::GetPathHash() const
+bool ItemRecord::SetPath(const String& newPath, uint32_t hash)
 {
-    const BaseContainer* path = values.GetContainer(ItemPath);
-    return path ? static_cast<uint32_t>(path->GetInt32(PathHashValue, 0)) : 0;
+    ItemPlace changed;
+    if (!values.DemandContainer(ItemPath) || !changed.Prepare(*this, newPath, hash))
+        return false;
+    changed.Take();
+    return true;
 }
 
-bool ItemRecord::SetPath(const String& path, uint32_t hash)
+// A copy keeps nothing of what was looked at in the original.
+bool ItemRecord::SetValues(const BaseContainer& read)
 {
-    BaseContainer* own = values.DemandContainer(ItemPath);
-    return own && own->SetText(PathText, path) && own->SetInt32(PathHashValue, static_cast<int32_t>(hash));
+    const BaseContainer* own = read.GetContainer(ItemPath);
+    pathHash = own ? static_cast<uint32_t>(own->GetInt32(PathHashValue, 0)) : 0;
+    const bool hasPath = own ? ReadText(*own, PathText, path) : read.TypeOf(ItemPath) != VX3_VALUE_CONTAINER;
+    return hasPath && values.Set(read) && values.SetId(id);
 }
 
-bool ItemRecord::HasPath(const String& path, bool exactly) const
+bool ItemPlace::Prepare(ItemRecord& moved, const String& newPath, uint32_t newHash)
 {
-    const String own = GetPath();
-    return own == path || (!exactly && IsSameFolded(own, path));
+    record = &moved;
+    target = moved.values.FindContainer(ItemPath);
+    hash = newHash;
+    return target && path.Set(newPath) && values.Set(*target) && values.SetText(PathText, path)
+        && values.SetInt32(PathHashValue, static_cast<int32_t>(newHash));
+}
+
+void ItemPlace::Take()
+{
+    target->Swap(values);
+    record->path = std::move(path);
+    record->pathHash = hash;
 }
 
 bool PackDate(const FileDate& date, BaseContainer& packed)

@@ -2,9 +2,11 @@
 // what is known of it while the library is open.
 //
 // Owned by the library's list of items and guarded by the library's lock; it stays where it
-// is as long as it is in that list. A path and its hash change only while the record is out
-// of the index, or under the lock of its node.
+// is as long as it is in that list. What a search looks at, its path and whether it is alive,
+// changes only under the lock of its node as well, or while it is out of the index.
 #pragma once
+
+#include <atomic>
 
 #include "services/basecontainer.h"
 #include "services/filedate.h"
@@ -87,24 +89,47 @@ public:
     ItemRecord(const ItemRecord&) = delete;
     ItemRecord& operator=(const ItemRecord&) = delete;
 
-    String GetPath() const;
-    uint32_t GetPathHash() const;
-    [[nodiscard]] bool SetPath(const String& path, uint32_t hash);
-    bool HasPath(const String& path, bool exactly) const;
+    const String& GetPath() const { return path; }
+    uint32_t GetPathHash() const { return pathHash; }
+    bool HasPath(const String& other, bool exactly) const;
+    [[nodiscard]] bool SetPath(const String& newPath, uint32_t hash);
+    // What was read of it.
+    [[nodiscard]] bool SetValues(const BaseContainer& read);
 
     const int32_t id; // the key in the list; at least 1
     ItemState state = ItemState::Live;
     BrowserDatabase* const owner;
-    BrowserHashNode* node = nullptr; // of the index; none while it is not in it
-    uint64_t chunk = 0;              // offset of what is stored; 0: it never was
-    bool isChanged = false;          // since it was stored
+    std::atomic<BrowserHashNode*> node = nullptr; // of the index; none while it is not in it
+    uint64_t chunk = 0;                           // offset of what is stored; 0: it never was
     BaseContainer values;
+    bool isChanged = false; // since it was stored
 
 private:
     friend class ItemList;
+    friend class BrowserHashNode;
+    friend class ItemPlace;
 
-    size_t place = 0; // in the list
     bool isNoted = false;
+    uint32_t place = 0;      // in the list
+    uint32_t entryPlace = 0; // where its entry was last seen
+    uint32_t pathHash = 0;   // both as `values` has them
+    String path;
+};
+
+// Another path for a record. All memory is taken first, so that it can take its place under
+// the lock of a node.
+class ItemPlace
+{
+public:
+    [[nodiscard]] bool Prepare(ItemRecord& moved, const String& newPath, uint32_t newHash);
+    void Take();
+
+private:
+    ItemRecord* record = nullptr;
+    BaseContainer* target = nullptr;
+    BaseContainer values;
+    String path;
+    uint32_t hash = 0;
 };
 
 // Years to days under 0, hours to seconds under 1.

@@ -136,6 +136,7 @@ bool WriteItemChanges(LibraryState& library, bool all)
 
 bool CreateEmptyFile(LibraryState& library)
 {
+    library.idleReader.Leave(nullptr);
     if (library.openCount != 0 || library.isDetached || !library.file.Open(library.filePath, OpenMode::Create))
         return false;
     const bool isWritten = WriteChunkHeader(library.file, { ChunkTag::FileHead, 0, 0 }) && WriteChunkHeader(library.file, closingChunk);
@@ -155,6 +156,7 @@ bool OpenForUpdate(LibraryState& library)
         library.openCount++;
         return true;
     }
+    library.idleReader.Leave(nullptr);
     if (library.isDetached || (library.slot == noSlot && library.endOffset == 0) || !TakeBackPlace(library))
         return false;
     if (!(StampOf(library.filePath) == library.stamp)) {

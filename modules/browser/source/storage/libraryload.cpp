@@ -185,10 +185,11 @@ bool Scan::ReadItem()
     if (!record)
         return false;
     record->chunk = position;
-    if (!ReadPayload(chunk.length, record->values))
+    BaseContainer values;
+    if (!ReadPayload(chunk.length, values))
         return false;
     library.endOffset = next;
-    return Succeeded(record->values.SetId(chunk.id));
+    return Succeeded(record->SetValues(values));
 }
 
 // Of old files: the id stands in the container alone.
@@ -205,8 +206,7 @@ bool Scan::ReadOldItem()
     if (!record)
         return false;
     record->chunk = position;
-    record->values.Swap(values);
-    return true;
+    return Succeeded(record->SetValues(values));
 }
 
 // Kept: a dead record makes what is left of the chunk longer, so that the run ends behind it.
@@ -247,9 +247,7 @@ bool Scan::StoreOldRecord(BaseContainer& values)
     if (isHomeless || id < firstItemId)
         return true;
     ItemRecord* record = AddItem(id);
-    if (record)
-        record->values.Swap(values);
-    return record != nullptr;
+    return record && Succeeded(record->SetValues(values));
 }
 
 bool Scan::ReadInfo()

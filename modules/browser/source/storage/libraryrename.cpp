@@ -141,16 +141,15 @@ bool BrowserDatabase::MoveLibrary(const String& newPrefix)
     if (state.items.PlaceCount() > 0 && !uses.Extend(state.items.PlaceCount()))
         return false;
     for (size_t place = 0; place < state.items.PlaceCount(); place++)
-        if (ItemRecord* record = state.items.At(place); record && record->state == ItemState::Live && record->node)
-            uses[place] = record->node->TakeEntry(*record);
+        if (ItemRecord* record = state.items.At(place); record && record->state == ItemState::Live)
+            uses[place] = TakeFromIndex(*record);
     const bool areRenamed = RenameItems(oldName, name);
     state.libraryName = std::move(name);
     state.dirty = state.infoDirty = true;
     for (size_t place = 0; place < state.items.PlaceCount(); place++) {
         ItemRecord* record = state.items.At(place);
         if (BrowserHashNode* node = record && record->state == ItemState::Live ? IndexItem(*record, record->GetPathHash()) : nullptr) {
-            node->GiveBackUse(*record);
-            node->AddUses(*record, uses[place]);
+            node->AddUses(*record, uses[place] - 1); // it came with one
         }
     }
     return areRenamed;

@@ -23,6 +23,24 @@ struct FileStamp {
     FileDate date = {};
 };
 
+// A file that the last reader of a payload left open for the next one. Readers take and leave
+// it while they share the library's lock; a writer closes it, since it may have read ahead what
+// is about to change.
+class IdleReader
+{
+public:
+    IdleReader() = default;
+    ~IdleReader() { Leave(nullptr); }
+    IdleReader(const IdleReader&) = delete;
+    IdleReader& operator=(const IdleReader&) = delete;
+
+    BinaryFile* Take() { return file.exchange(nullptr, std::memory_order_acq_rel); } // none if another has it
+    void Leave(BinaryFile* read) { Destroy(file.exchange(read, std::memory_order_acq_rel)); }
+
+private:
+    std::atomic<BinaryFile*> file = nullptr;
+};
+
 struct LibraryState {
     LibraryState() = default;
     LibraryState(const LibraryState&) = delete;
@@ -38,6 +56,7 @@ struct LibraryState {
     int32_t attachCount = 0;          // of the tree
 
     BinaryFile file; // of writers, open while `openCount` is not 0
+    IdleReader idleReader;
     int32_t openCount = 0;
     FileStamp stamp;
 

@@ -69,19 +69,44 @@ int64_t LengthOfFile(const FilePath& path)
 
 // --- Reading from the library ---
 
-BinaryFile* PayloadFile::Open(const PayloadReference& payload, BrowserDatabaseChunk& header)
+PayloadFile::~PayloadFile()
 {
-    BinaryFile& file = library.openCount > 0 ? library.file : own;
-    if (&file == &own && !isOpen)
-        isOpen = own.Open(library.filePath, OpenMode::Read);
-    return (&file != &own || isOpen) && IsPayload(file, library, payload, header) ? &file : nullptr;
+    if (own && own->IsUsable())
+        library.idleReader.Leave(own);
+    else
+        Destroy(own);
 }
 
+bool PayloadFile::OpenOwn()
+{
+    if (own || (own = library.idleReader.Take()))
+        return true;
+    own = Make<BinaryFile>()();
+    if (own && own->Open(library.filePath, OpenMode::Read))
+        return true;
+    Destroy(std::exchange(own, nullptr));
+    return false;
+}
+
+BinaryFile* PayloadFile::Open(const PayloadReference& payload, BrowserDatabaseChunk& header)
+{
+    if (library.openCount == 0 && !OpenOwn())
+        return nullptr;
+    BinaryFile& file = library.openCount > 0 ? library.file : *own;
+    return IsPayload(file, library, payload, header) ? &file : nullptr;
+}
+
+// The header is right in front of the position.
 bool PayloadFile::Read(const PayloadReference& payload, Block& bytes)
 {
     BrowserDatabaseChunk header;
     BinaryFile* file = Open(payload, header);
-    return file && file->SeekTo(static_cast<int64_t>(payload.offset)) && ReadChunkPayload(*file, bytes);
+    if (!file || !bytes.Alloc(static_cast<int64_t>(header.length)))
+        return false;
+    if (file->Read(bytes.Bytes(), bytes.Size()) == bytes.Size())
+        return true;
+    bytes.Free();
+    return false;
 }
 
 int64_t PayloadFile::LengthOf(const PayloadReference& payload)
@@ -92,21 +117,20 @@ int64_t PayloadFile::LengthOf(const PayloadReference& payload)
 
 // --- The place in a record ---
 
-ContainerSlot::ContainerSlot(ItemRecord& owner, BaseContainer* outer, int32_t slotKey)
-    : record(owner)
-    , parent(outer)
+ContainerSlot::ContainerSlot(BaseContainer* outer, int32_t slotKey)
+    : parent(outer)
     , key(slotKey)
 {
     slot = parent ? parent->FindContainer(key) : nullptr;
     isTemporary = !slot;
     if (parent && !slot)
-        (void)ChangeValues(record, [this](BaseContainer&) { return (slot = parent->DemandContainer(key)) != nullptr; });
+        slot = parent->DemandContainer(key);
 }
 
 ContainerSlot::~ContainerSlot()
 {
     if (slot && isTemporary)
-        (void)ChangeValues(record, [this](BaseContainer&) { return parent->Remove(key); });
+        (void)parent->Remove(key);
 }
 
 void ContainerSlot::Fill(BaseContainer& content)

@@ -29,15 +29,18 @@ public:
         : library(read)
     {
     }
+    ~PayloadFile();
+    PayloadFile(const PayloadFile&) = delete;
+    PayloadFile& operator=(const PayloadFile&) = delete;
     [[nodiscard]] bool Read(const PayloadReference& payload, Block& bytes);
     int64_t LengthOf(const PayloadReference& payload); // -1 without such a chunk
 
 private:
     BinaryFile* Open(const PayloadReference& payload, BrowserDatabaseChunk& header);
+    bool OpenOwn();
 
     LibraryState& library;
-    BinaryFile own;
-    bool isOpen = false;
+    BinaryFile* own = nullptr; // open if there is one
 };
 
 // Calls `read` with a PayloadFile. Readers share the lock and have a file each, unless a
@@ -62,7 +65,7 @@ auto ReadPayloads(BrowserDatabase& library, Action read)
 class ContainerSlot
 {
 public:
-    ContainerSlot(ItemRecord& owner, BaseContainer* outer, int32_t slotKey);
+    ContainerSlot(BaseContainer* outer, int32_t slotKey);
     ~ContainerSlot();
     ContainerSlot(const ContainerSlot&) = delete;
     ContainerSlot& operator=(const ContainerSlot&) = delete;
@@ -71,7 +74,6 @@ public:
     void Fill(BaseContainer& content); // by exchange, so without memory
 
 private:
-    ItemRecord& record;
     BaseContainer* parent;
     const int32_t key;
     BaseContainer* slot = nullptr;
