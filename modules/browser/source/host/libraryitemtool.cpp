@@ -88,11 +88,12 @@ BrowserDatabaseItem* HandleFrom(BrowserDatabase& library, int32_t& place, bool& 
         const ItemList& items = library.State().items;
         while (!record && static_cast<size_t>(place) < items.PlaceCount()) {
             record = items.At(static_cast<size_t>(place++));
-            if (record && (record->state != ItemState::Live || !record->node))
+            BrowserHashNode* node = record && record->state == ItemState::Live ? record->node.load(std::memory_order_acquire) : nullptr;
+            if (node)
+                node->AddUses(*record, 1);
+            else
                 record = nullptr;
         }
-        if (record)
-            record->node->AddUses(*record, 1);
     }
     isEnd = !record;
     if (isEnd)
