@@ -156,12 +156,6 @@ const Candidate* FindBest(const std::vector<Candidate>& candidates)
     return file.IsUsable() ? &file : nullptr;
 }
 
-int FailWith(const Failure& failure)
-{
-    Say(failure.sentence);
-    return static_cast<int>(failure.exit);
-}
-
 // A rewrite may have left out only what was deleted, or a new file was begun where the old one
 // was missing: the user knows.
 void TellOfMore(const std::vector<Candidate>& candidates)

@@ -7,6 +7,7 @@
 #include <unistd.h>
 #include <vector>
 
+#include "descriptorposix.h"
 #include "libraryreplace.h"
 #include "progressbar.h"
 
@@ -16,34 +17,6 @@ namespace {
 
 constexpr size_t pieceSize = 1 << 20;
 constexpr int mostNames = 1000;
-
-class Descriptor
-{
-public:
-    explicit Descriptor(int opened)
-        : number(opened)
-    {
-    }
-    ~Descriptor()
-    {
-        if (number >= 0)
-            close(number);
-    }
-    Descriptor(const Descriptor&) = delete;
-    Descriptor& operator=(const Descriptor&) = delete;
-
-    explicit operator bool() const { return number >= 0; }
-    int Get() const { return number; }
-    bool Close()
-    {
-        int closed = number;
-        number = -1;
-        return close(closed) == 0;
-    }
-
-private:
-    int number;
-};
 
 Failure SystemFailure(const std::string& path, const char* what)
 {

@@ -17,6 +17,12 @@ std::string ItemTypeText(const LibraryItem& item)
     return std::to_string(item.type) + (item.subtype ? "." + std::to_string(item.subtype) : "");
 }
 
+int FailWith(const Failure& failure)
+{
+    Say(failure.sentence);
+    return static_cast<int>(failure.exit);
+}
+
 Failure OpenLibrary(const std::string& path, ReadLibrary& library)
 {
     if (Failure failure = library.file.Open(path))

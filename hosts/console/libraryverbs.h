@@ -1,6 +1,9 @@
 // What the verbs behind `lib` have in common.
 #pragma once
 
+#include <cstdio>
+
+#include "jsonwriter.h"
 #include "libraryscan.h"
 #include "options.h"
 
@@ -20,5 +23,18 @@ int EndOf(const std::string& path, const ReadLibrary& library);
 
 const std::string& LibraryPath(const Command& command); // FILE
 std::string ItemTypeText(const LibraryItem& item);
+int FailWith(const Failure& failure); // says it
+
+// With --json, a document of one entry that `fill` writes the fields of.
+template <class Fill>
+void TellEntry(const Command& command, Fill fill)
+{
+    if (!command.Has(Option::Json))
+        return;
+    JsonWriter json(stdout);
+    json.BeginEntry();
+    fill(json);
+    json.EndEntry();
+}
 
 } // namespace vx3::console

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <utility>
 
 #include "outcome.h"
 #include "verbs.h"
@@ -31,8 +32,9 @@ constexpr uint32_t Bit(Option option)
 constexpr uint32_t nodeListings = Bits(Verb::Roots, Verb::Ls, Verb::Stat, Verb::Tree, Verb::Plugins, Verb::Icons, Verb::Prefs);
 constexpr uint32_t listings = nodeListings | Bit(Verb::Lib);
 constexpr uint32_t changes = Bits(Verb::Mkdir, Verb::Rename, Verb::Move, Verb::Copy, Verb::Delete);
-constexpr uint32_t withModule = nodeListings | changes | Bits(Verb::Script, Verb::Selfcheck);
+constexpr uint32_t withModule = nodeListings | changes | Bits(Verb::Lib, Verb::Script, Verb::Selfcheck);
 constexpr uint32_t everywhere = UINT32_MAX;
+constexpr uint32_t ofModule = Bit(Option::Profile) | Bit(Option::Lang) | Bit(Option::Module);
 
 constexpr VerbRow verbTable[] = {
     { Verb::Roots, "roots", "", Takes::Nothing, "", 0, 0, "list the roots of the tree",
@@ -68,9 +70,13 @@ constexpr VerbRow verbTable[] = {
     { Verb::Prefs, "prefs", "[get SETTING | set SETTING VALUE]", Takes::Word, "get|set", 0, 3, "read and write settings",
       "Lists all settings with their values, or reads or writes one, given by its number or its name. Settings are kept in the "
       "profile." },
-    { Verb::Lib, "lib", "VERB FILE [ARGUMENT...]", Takes::File, "", 1, anyNumber, "look into library files",
-      "Reads library and catalog files (.libvx, .catvx) without the browser. They are read as they are: none is locked, and none is "
-      "written but by recover with --yes. A file that the browser would call damaged ends with 4." },
+    { Verb::Lib, "lib", "VERB FILE [ARGUMENT...]", Takes::File, "", 1, anyNumber, "look into library files, and change them",
+      "Works on library and catalog files (.libvx, .catvx). info, ls, check, dump and recover read them without the browser, and as they "
+      "are: none is locked, and none is written but by recover with --yes. A file that the browser would call damaged ends with 4.\n"
+      "The other verbs go through the browser. The PATH of an item is what stands behind the URL of the library; slashes around it and "
+      "the case of letters do not count, and an empty part, a part . or .. or a control character is refused. A file that cannot be "
+      "changed is left as it was. A damaged one is copied to FILE.bak before it is changed, and is not changed while there is such "
+      "a file. What is no library is never written." },
     { Verb::Script, "script", "FILE", Takes::File, "", 1, 1, "use the windows by a script",
       "Plays what a user would do in the browser's windows, line by line, without a screen: clicks, keys, drags, waiting. What the "
       "script dumps is printed. The clock of the windows stands unless the script moves it. Files and folders that it makes lie in "
@@ -110,6 +116,32 @@ constexpr SubVerbRow subVerbTable[] = {
       "that can be read always is. If it is not FILE, ends with 5; with --yes it is copied to FILE, and what was there is kept as "
       "FILE.damaged. Ends with 4 if FILE is damaged and none is better.",
       RunLibRecover },
+    { Verb::Lib, "create", "FILE", 1, 1, ofModule | Bit(Option::Name),
+      "Makes a library with nothing in it. Its URL is made from the name of the file. Nothing that exists is replaced.", RunLibCreate },
+    { Verb::Lib, "put", "FILE PATH SOURCE [PATH SOURCE]...", 3, anyNumber, ofModule,
+      "Stores the bytes of the file SOURCE as the item PATH, packed if that makes them smaller. What the item held before is replaced. Of "
+      "a folder all "
+      "files are stored below PATH, which may be / then; links to folders are not followed. After an interrupt what was stored stays.",
+      RunLibPut },
+    { Verb::Lib, "get", "FILE PATH TARGET", 3, 3, ofModule,
+      "Writes the data of an item to a file, or into the folder TARGET. Nothing that exists is replaced.", RunLibGet },
+    { Verb::Lib, "rm", "FILE PATH...", 2, anyNumber, ofModule, "Takes items out of the library. Their room is free after a compact.",
+      RunLibRm },
+    { Verb::Lib, "mv", "FILE PATH PATH", 3, 3, ofModule, "Gives an item another path. Nothing that exists is replaced.", RunLibMv },
+    { Verb::Lib, "name", "FILE [TEXT]", 1, 2, ofModule,
+      "Tells how the library is shown in the language of --lang, or says how it is to be.", RunLibName },
+    { Verb::Lib, "preview put", "FILE PATH [NUMBER] SOURCE...", 3, anyNumber, ofModule | Bit(Option::Grade),
+      "Stores pictures as previews of an item, from NUMBER on or behind those that are there. JPEG and TIFF files are stored as they are, "
+      "other pictures as one of them.",
+      RunLibPreviewPut },
+    { Verb::Lib, "preview get", "FILE PATH NUMBER TARGET", 4, 4, ofModule,
+      "Writes the picture of a preview to a file. Nothing that exists is replaced.", RunLibPreviewGet },
+    { Verb::Lib, "preview ls", "FILE PATH", 2, 2, ofModule, "Lists the previews of an item: number, width, height, grade and date.",
+      RunLibPreviewLs },
+    { Verb::Lib, "freeze", "FILE", 1, 1, ofModule, "Marks the library as read-only. There is no way back.", RunLibFreeze },
+    { Verb::Lib, "compact", "FILE", 1, 1, ofModule,
+      "Writes the library anew without what is dead in it, and tells its size before and after. The old file is kept as FILE.bak.",
+      RunLibCompact },
 };
 
 constexpr OptionRow optionTable[] = {
@@ -119,6 +151,8 @@ constexpr OptionRow optionTable[] = {
     { Option::Reverse, "reverse", Takes::Nothing, "", "", Bits(Verb::Ls, Verb::Tree, Verb::Lib),
       "turn the order around; folders stay first" },
     { Option::Depth, "depth", Takes::Word, "N", "", Bit(Verb::Tree), "levels to descend; 0 draws the place alone" },
+    { Option::Grade, "grade", Takes::Word, "N", "", Bit(Verb::Lib), "rank of a preview among those of its size; 1 if not given" },
+    { Option::Name, "name", Takes::Word, "TEXT", "", Bit(Verb::Lib), "how a new library is shown, in the language of --lang" },
     { Option::DryRun, "dry-run", Takes::Nothing, "", "", changes, "ask and count, but change nothing" },
     { Option::Yes, "yes", Takes::Nothing, "", "", Bits(Verb::Delete, Verb::Lib), "delete or recover without asking" },
     { Option::Trash, "trash", Takes::Nothing, "", "", Bit(Verb::Delete), "delete into the trash of the desktop" },
@@ -163,7 +197,8 @@ std::string CheckValue(const OptionRow& row, const std::string& value)
     std::string name = std::string("--") + row.name;
     if (value.empty())
         return name + " needs a value: " + row.value;
-    if (row.option == Option::Depth && !IsNumber(value))
+    bool isNumeric = row.option == Option::Depth || row.option == Option::Grade;
+    if (isNumeric && !IsNumber(value))
         return name + " needs a whole number, not " + Quoted(value);
     if (!*row.choices)
         return {};
@@ -215,13 +250,35 @@ std::string FormOf(const VerbRow& verb)
     return std::string("the form is: vx3 ") + verb.name + " " + verb.synopsis;
 }
 
-// The first argument names the row, which tells of the others.
-std::string CheckSubVerb(const VerbRow& verb, const Command& command)
+// A name of two words becomes one argument.
+void JoinSubVerb(Command& command)
 {
+    std::vector<std::string>& words = command.arguments;
+    if (words.size() < 2 || !FindSubVerb(command.verb, words[0] + " " + words[1]))
+        return;
+    words[0] += " " + words[1];
+    words.erase(words.begin() + 1);
+}
+
+std::string NoSubVerb(const VerbRow& verb, const std::string& word)
+{
+    std::string behind;
+    for (const SubVerbRow& row : subVerbTable)
+        if (std::vector<std::string> words = SplitChoices(row.name, ' '); row.verb == verb.verb && words[0] == word)
+            (behind += behind.empty() ? "" : "|") += words.back();
+    if (behind.empty())
+        return std::string(verb.name) + " has no verb " + Quoted(word);
+    return std::string(verb.name) + " " + word + " needs one of " + behind + " behind it";
+}
+
+// The first argument names the row, which tells of the others.
+std::string CheckSubVerb(const VerbRow& verb, Command& command)
+{
+    JoinSubVerb(command);
     const SubVerbRow* row = FindSubVerb(command.verb, command.arguments[0]);
     std::string name = std::string(verb.name) + " " + command.arguments[0];
     if (!row)
-        return std::string(verb.name) + " has no verb " + Quoted(command.arguments[0]);
+        return NoSubVerb(verb, command.arguments[0]);
     uint32_t ofSome = 0;
     for (const SubVerbRow& other : subVerbTable)
         ofSome |= other.verb == command.verb ? other.options : 0;
@@ -234,7 +291,7 @@ std::string CheckSubVerb(const VerbRow& verb, const Command& command)
     return command.arguments[1].empty() ? "a file must not be empty" : "";
 }
 
-std::string CheckCommand(const Command& command)
+std::string CheckCommand(Command& command)
 {
     if (command.Has(Option::Help) || command.Has(Option::Version))
         return {};
@@ -304,10 +361,12 @@ const SubVerbRow* FindSubVerb(Verb verb, const std::string& name)
 
 std::string SubVerbNames(Verb verb)
 {
-    std::string names;
-    for (const SubVerbRow& row : subVerbTable)
-        if (row.verb == verb)
-            (names += names.empty() ? "" : "|") += row.name;
+    std::string names, last;
+    for (const SubVerbRow& row : subVerbTable) {
+        std::string first = SplitChoices(row.name, ' ')[0];
+        if (row.verb == verb && first != std::exchange(last, first))
+            (names += names.empty() ? "" : "|") += first;
+    }
     return names;
 }
 

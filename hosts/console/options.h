@@ -36,6 +36,8 @@ enum class Option {
     Sort,
     Reverse,
     Depth,
+    Grade,
+    Name,
     DryRun,
     Yes,
     Trash,
@@ -71,8 +73,8 @@ struct Command;
 
 // A verb behind a verb, with arguments and options of its own.
 struct SubVerbRow {
-    Verb verb; // to which it belongs
-    const char* name;
+    Verb verb;        // to which it belongs
+    const char* name; // one word or two
     const char* synopsis;
     size_t least; // number of arguments behind the name
     size_t most;
@@ -110,7 +112,7 @@ std::span<const VariableRow> VariableTable();
 const VerbRow* FindVerb(const std::string& name);
 const VerbRow& RowOf(Verb verb);
 const SubVerbRow* FindSubVerb(Verb verb, const std::string& name); // none if the verb has no such
-std::string SubVerbNames(Verb verb);                               // separated by '|'; empty if it has none
+std::string SubVerbNames(Verb verb);                               // their first words, separated by '|'; empty if it has none
 bool BelongsTo(const OptionRow& row, Verb verb);
 std::string FirstWords(const VerbRow& row); // that its first argument may be, separated by '|'; empty if any
 std::vector<std::string> SplitChoices(const std::string& choices, char separator = '|');

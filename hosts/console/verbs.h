@@ -22,12 +22,24 @@ int RunIcons(const Command& command, Session& session);
 int RunPrefs(const Command& command, Session& session);
 
 int RunLib(const Command& command);
-// The verbs behind it; none of these needs a session.
+// The verbs behind it: these need no session,
 int RunLibInfo(const Command& command);
 int RunLibLs(const Command& command);
 int RunLibCheck(const Command& command);
 int RunLibDump(const Command& command);
 int RunLibRecover(const Command& command);
+// and these open one of their own.
+int RunLibCreate(const Command& command);
+int RunLibPut(const Command& command);
+int RunLibGet(const Command& command);
+int RunLibRm(const Command& command);
+int RunLibMv(const Command& command);
+int RunLibName(const Command& command);
+int RunLibPreviewPut(const Command& command);
+int RunLibPreviewGet(const Command& command);
+int RunLibPreviewLs(const Command& command);
+int RunLibFreeze(const Command& command);
+int RunLibCompact(const Command& command);
 
 // Draws all icons into a PNG file.
 Failure SaveIconSheet(const Session& session, const std::string& file);

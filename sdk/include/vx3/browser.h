@@ -22,6 +22,7 @@
 #define VX3_BROWSER_H
 
 #include "host.h"
+#include "librarytools.h"
 
 enum { VX3_BROWSER_TABLE = 1017645, VX3_BROWSER_VERSION = 1000 };
 
@@ -373,6 +374,7 @@ typedef struct VX3ToolFunctions {
     VX3Bool (*describeWindow)(int32_t window, const char* what, VX3String* text);
     /* Does something wait for the window's next tick? [gui-thread] */
     VX3Bool (*isWorking)(int32_t window);
+    const VX3LibraryToolFunctions* libraries; /* library files: librarytools.h */
 } VX3ToolFunctions;
 
 /* The published table. */
@@ -397,6 +399,7 @@ VX3_STATIC_ASSERT(sizeof(VX3Url) == 32, "VX3Url is 32 bytes");
 VX3_STATIC_ASSERT(sizeof(VX3NodeFunctions) == 21 * sizeof(void*), "one entry for each slot");
 VX3_STATIC_ASSERT(sizeof(VX3SdkNodeInfo) == 17 * sizeof(void*), "one entry for each function");
 VX3_STATIC_ASSERT(sizeof(VX3SdkNodeFunctions) == 19 * sizeof(void*), "one entry for each function");
+VX3_STATIC_ASSERT(offsetof(VX3ToolFunctions, libraries) == 13 * sizeof(void*), "entries stay where they were");
 VX3_STATIC_ASSERT(sizeof(VX3Browser) == 112, "the published table is 112 bytes");
 VX3_STATIC_ASSERT(offsetof(VX3Browser, tools) == 104, "tools stand last");
 

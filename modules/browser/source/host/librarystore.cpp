@@ -38,21 +38,12 @@ private:
     BrowserDatabaseItem* item;
 };
 
-// One that found no slot would belong to nobody.
-BrowserDatabase* MakeOwned(const FilePath& path, const String& subFolder, uint32_t flags)
-{
-    BrowserDatabase* library = MakeLibrary(path, subFolder, flags);
-    if (library && library->GetSlot() == noSlot)
-        CloseLibrary(std::exchange(library, nullptr));
-    return library;
-}
-
 BrowserDatabase* OpenOwn(const FilePath& folder, const char* name, uint32_t flags)
 {
     FilePath path;
     if (folder.IsEmpty() || !path.Set(folder) || !path.Append(name))
         return nullptr;
-    BrowserDatabase* library = MakeOwned(path, String(), flags);
+    BrowserDatabase* library = MakeOwnedLibrary(path, String(), flags);
     if (library)
         (void)library->Load(); // at the first start there is no file
     return library;
@@ -91,7 +82,7 @@ LibraryRef MakeUserLibrary()
     GetUserLibraryFolder(folder);
     if (folder.IsEmpty() || !path.SetJoined(folder, String(userFile)))
         return {};
-    BrowserDatabase* library = MakeOwned(path, String(), LibraryUser);
+    BrowserDatabase* library = MakeOwnedLibrary(path, String(), LibraryUser);
     if (!library)
         return {};
     const bool isThere = library->Load();
@@ -108,6 +99,19 @@ LibraryRef DemandLibrary(int32_t id)
 }
 
 } // namespace
+
+BrowserDatabase* MakeOwnedLibrary(const FilePath& path, const String& subFolder, uint32_t flags)
+{
+    BrowserDatabase* library = MakeLibrary(path, subFolder, flags);
+    if (library && library->GetSlot() == noSlot)
+        CloseLibrary(std::exchange(library, nullptr));
+    return library;
+}
+
+bool NameDataFolder(const FilePath& file, String& name)
+{
+    return name.Set("data ") && name.Append(file.Last());
+}
 
 void OpenOwnLibraries()
 {
@@ -127,10 +131,10 @@ void ForgetOwnLibraries()
 
 int32_t RegisterLibrary(BrowserURL& location, const String& name, const FilePath& file)
 {
-    String subFolder("data ");
-    if (!subFolder.Append(file.Last()))
+    String subFolder;
+    if (!NameDataFolder(file, subFolder))
         return noLibrary;
-    BrowserDatabase* library = MakeOwned(file, subFolder, LibraryExternal);
+    BrowserDatabase* library = MakeOwnedLibrary(file, subFolder, LibraryExternal);
     if (!library)
         return noLibrary;
     const bool isNamed = library->Load() ? NameRegistered(*library, location, name) : MakeRegistered(*library, location, name);

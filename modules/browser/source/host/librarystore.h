@@ -11,6 +11,11 @@ namespace browser {
 
 constexpr int32_t noLibrary = -1;
 
+// A library in the table, or none: one that found no slot would belong to nobody.
+BrowserDatabase* MakeOwnedLibrary(const FilePath& path, const String& subFolder, uint32_t flags);
+// Of the folder beside a library file where payloads of another module's library go.
+[[nodiscard]] bool NameDataFolder(const FilePath& file, String& name);
+
 // At the start: the library of the browser itself, and that of what new objects begin as. A
 // file that is not there yet is made when there is something to keep.
 void OpenOwnLibraries();

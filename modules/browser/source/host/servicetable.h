@@ -23,6 +23,7 @@ const VX3LinkFunctions* LinkSection();
 const VX3NodeFunctions* NodeSection();
 const VX3DispatchFunctions* DispatchSection();
 const VX3ToolFunctions* ToolSection();
+extern const VX3LibraryToolFunctions libraryToolSection; // a part of the one for tools
 
 // Both worlds' names of one object.
 inline BrowserContentNode* FromC(VX3Node* node)

@@ -136,7 +136,8 @@ constexpr VX3ToolFunctions toolSection = { sizeof(VX3ToolFunctions),
                                            OpenWindowAt,
                                            GoTo,
                                            DescribeWindow,
-                                           IsWorking };
+                                           IsWorking,
+                                           &libraryToolSection };
 
 } // namespace
 

@@ -227,11 +227,12 @@ bool BrowserDatabase::HoldFile()
     return !state.readOnly && OpenForUpdate(state);
 }
 
-void BrowserDatabase::ReleaseFile()
+bool BrowserDatabase::ReleaseFile()
 {
     const WriteGuard guard(lock, rank);
-    if (state.openCount > 0)
-        (void)CloseAfterUpdate(state);
+    const bool isClosed = state.openCount == 0 || CloseAfterUpdate(state);
+    state.dirty = state.dirty || !isClosed;
+    return isClosed;
 }
 
 // --- What it is like ---

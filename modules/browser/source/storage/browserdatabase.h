@@ -51,7 +51,7 @@ public:
     bool FlushAtEnd(bool compact);
     // The file stays open for writers until Release, so that many changes cost one opening.
     bool HoldFile();
-    void ReleaseFile();
+    bool ReleaseFile(); // false if anything written was lost
 
     // --- Items: null without one; the caller must give a handle back with Release or Destroy ---
 
