@@ -21,9 +21,9 @@ void TellChanged(const LibraryState& library)
 // The date is asked for before the file is opened, which would make it if it had gone.
 bool HasOwnDate(const LibraryState& library)
 {
-    FileDate date = {};
-    const bool isThere = host->folder->date(library.filePath.Value(), VX3_DATE_MODIFIED, &date);
-    return isThere == (library.stamp.length >= 0) && (!isThere || CompareDates(date, library.stamp.date) == 0);
+    FileStamp now = { library.stamp.length, {} };
+    const bool isThere = host->folder->date(library.filePath.Value(), VX3_DATE_MODIFIED, &now.date);
+    return isThere == (library.stamp.length >= 0) && (!isThere || now == library.stamp);
 }
 
 // From here on nobody else writes it, if the host can see to that.

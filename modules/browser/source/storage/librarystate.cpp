@@ -13,6 +13,11 @@ FileStamp StampOf(const FilePath& path)
     return { entry.size, entry.modified };
 }
 
+bool operator==(const FileStamp& a, const FileStamp& b)
+{
+    return a.length == b.length && CompareDates(a.date, b.date) == 0;
+}
+
 bool MakeSibling(const FilePath& path, const char* suffix, FilePath& sibling)
 {
     String name = path.Last();

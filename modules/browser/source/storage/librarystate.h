@@ -89,6 +89,7 @@ struct LibraryState {
 
 // How the file is now.
 FileStamp StampOf(const FilePath& path);
+bool operator==(const FileStamp& a, const FileStamp& b);
 
 // The file's name with something behind it, in the same folder.
 [[nodiscard]] bool MakeSibling(const FilePath& path, const char* suffix, FilePath& sibling);
