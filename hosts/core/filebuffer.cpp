@@ -135,14 +135,14 @@ bool FileBuffer::ReadExactly(void* bytes, int64_t length)
     return Read(bytes, length) == length || Fail();
 }
 
-// Adds to the pending bytes if they end at the position and there is room.
+// Puts them among the pending bytes or right behind, if there is room.
 bool FileBuffer::Keep(const void* bytes, int64_t length)
 {
-    bool continues = content == Content::Pending && start + count == position;
-    if (!continues || count + length > capacity)
+    const int64_t place = position - start;
+    if (content != Content::Pending || place < 0 || place > count || place + length > capacity)
         return false;
-    std::memcpy(storage.get() + count, bytes, static_cast<size_t>(length));
-    count += length;
+    std::memcpy(storage.get() + place, bytes, static_cast<size_t>(length));
+    count = std::max(count, place + length);
     position += length;
     return true;
 }

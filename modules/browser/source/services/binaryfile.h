@@ -30,6 +30,7 @@ public:
     [[nodiscard]] bool ReadWord(uint32_t& word) { return host->file->readInt32(file, &word); }
     [[nodiscard]] bool Write(const void* bytes, int64_t length) { return host->file->write(file, bytes, length); }
     [[nodiscard]] bool WriteWord(uint32_t word) { return host->file->writeInt32(file, word); }
+    [[nodiscard]] bool Sync() { return file && host->file->sync(file); }
     bool IsUsable() const { return Position() >= 0; } // open, and no call has failed
     [[nodiscard]] bool SeekTo(int64_t offset) { return host->file->seek(file, offset, VX3_SEEK_ABSOLUTE); }
     int64_t Position() const { return file ? host->file->position(file) : -1; }

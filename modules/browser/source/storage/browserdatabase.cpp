@@ -1,6 +1,7 @@
 #include "storage/browserdatabase.h"
 
 #include "services/resources.h"
+#include "storage/libraryfile.h"
 #include "storage/libraryflush.h"
 #include "storage/libraryload.h"
 #include "storage/librarynames.h"
@@ -164,6 +165,10 @@ bool BrowserDatabase::FlushLocked(Force force, AllowRewrite allowRewrite, Ignore
 
 bool BrowserDatabase::WriteLocked()
 {
+    if (std::exchange(state.mustRewrite, false) && !RewriteLibrary(state)) {
+        state.mustRewrite = true;
+        return false;
+    }
     if (!OpenForUpdate(state))
         return false;
     const bool isWritten = WriteChanges(state);

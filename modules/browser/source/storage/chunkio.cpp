@@ -82,15 +82,23 @@ bool Block::Alloc(int64_t size, SourcePlace place)
 {
     Free();
     bytes = static_cast<uint8_t*>(HostAlloc(static_cast<size_t>(size ? size : 1), place));
-    length = bytes ? size : 0;
+    length = capacity = bytes ? size : 0;
     return bytes != nullptr;
+}
+
+bool Block::Resize(int64_t size, SourcePlace place)
+{
+    if (!bytes || size > capacity)
+        return Alloc(size, place);
+    length = size;
+    return true;
 }
 
 void Block::Adopt(void* block, int64_t size)
 {
     Free();
     bytes = static_cast<uint8_t*>(block);
-    length = size;
+    length = capacity = size;
 }
 
 void Block::Free()
@@ -98,12 +106,12 @@ void Block::Free()
     if (bytes)
         HostFree(bytes);
     bytes = nullptr;
-    length = 0;
+    length = capacity = 0;
 }
 
 uint8_t* Block::Take()
 {
-    length = 0;
+    length = capacity = 0;
     return std::exchange(bytes, nullptr);
 }
 
@@ -155,12 +163,9 @@ bool InvalidateChunk(BinaryFile& file, uint64_t offset, ChunkTag expected)
     return header.tag == expected && file.SeekTo(place) && file.Write(tag, sizeof(tag));
 }
 
-Reading ReadContainerPayload(BinaryFile& file, uint64_t length, BaseContainer& container)
+Reading ReadContainerPayload(BinaryFile& file, uint64_t length, Block& payload, BaseContainer& container)
 {
-    Block payload;
-    if (length > BytesLeft(file))
-        return file.IsUsable() ? Reading::Damaged : Reading::Failed;
-    if (!payload.Alloc(static_cast<int64_t>(length)) || file.Read(payload.Bytes(), payload.Size()) != payload.Size())
+    if (!payload.Resize(static_cast<int64_t>(length)) || file.Read(payload.Bytes(), payload.Size()) != payload.Size())
         return Reading::Failed;
     if (MemoryDataFile(payload.Bytes(), payload.Size()).Read(container))
         return Reading::Done;

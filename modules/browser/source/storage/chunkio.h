@@ -51,6 +51,8 @@ public:
     Block& operator=(const Block&) = delete;
 
     [[nodiscard]] bool Alloc(int64_t size, SourcePlace place = SourcePlace::Here());
+    // The same, without memory if there is room already.
+    [[nodiscard]] bool Resize(int64_t size, SourcePlace place = SourcePlace::Here());
     void Adopt(void* block, int64_t size);
     void Free();
     uint8_t* Bytes() { return bytes; }
@@ -61,6 +63,7 @@ public:
 private:
     uint8_t* bytes = nullptr;
     int64_t length = 0;
+    int64_t capacity = 0;
 };
 
 // False if fewer than 16 bytes are left.
@@ -81,8 +84,9 @@ enum class Reading {
     Failed,  // for memory, or by the disk: they may be all right
 };
 
-// Containers as the payload of a chunk: without a header, at the file's position.
-[[nodiscard]] Reading ReadContainerPayload(BinaryFile& file, uint64_t length, BaseContainer& container);
+// Containers as the payload of a chunk: without a header, at the file's position. The file has
+// as many bytes. `payload` is room for them, which who reads many keeps.
+[[nodiscard]] Reading ReadContainerPayload(BinaryFile& file, uint64_t length, Block& payload, BaseContainer& container);
 [[nodiscard]] bool WriteContainerPayload(BinaryFile& file, const BaseContainer& container, int64_t& length);
 
 // A whole chunk with a container at `offset`, whose length is patched when it is known: a

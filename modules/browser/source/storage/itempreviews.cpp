@@ -2,7 +2,7 @@
 
 #include "services/preferences.h"
 #include "storage/browserdatabaseitem.h"
-#include "storage/libraryflush.h"
+#include "storage/libraryfile.h"
 #include "storage/payloadio.h"
 
 namespace browser {

@@ -12,12 +12,6 @@ uint16_t Field(int32_t packed, int shift, uint32_t mask)
     return static_cast<uint16_t>(static_cast<uint32_t>(packed) >> shift & mask);
 }
 
-// False without memory; a text that is not there is an empty one.
-bool ReadText(const BaseContainer& container, int32_t key, String& text)
-{
-    return host->container->getText(container.Value(), key, text.Value()) || container.TypeOf(key) != VX3_VALUE_TEXT;
-}
-
 } // namespace
 
 bool ItemRecord::HasPath(const String& other, bool exactly) const
@@ -57,6 +51,14 @@ void ItemPlace::Take()
     target->Swap(values);
     record->path = std::move(path);
     record->pathHash = hash;
+}
+
+bool ReadText(const BaseContainer& container, int32_t key, String& text)
+{
+    if (host->container->getText(container.Value(), key, text.Value()))
+        return true;
+    text.Clear();
+    return container.TypeOf(key) != VX3_VALUE_TEXT;
 }
 
 bool PackDate(const FileDate& date, BaseContainer& packed)

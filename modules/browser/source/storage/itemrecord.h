@@ -132,6 +132,9 @@ private:
     uint32_t hash = 0;
 };
 
+// False without memory; a text that is not there is an empty one.
+[[nodiscard]] bool ReadText(const BaseContainer& container, int32_t key, String& text);
+
 // Years to days under 0, hours to seconds under 1.
 [[nodiscard]] bool PackDate(const FileDate& date, BaseContainer& packed);
 FileDate UnpackDate(const BaseContainer* packed); // zero for none

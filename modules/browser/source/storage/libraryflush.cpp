@@ -1,6 +1,5 @@
 #include "storage/libraryflush.h"
 
-#include "services/resources.h"
 #include "storage/itempayloads.h"
 
 namespace browser {
@@ -8,62 +7,6 @@ namespace browser {
 namespace {
 
 constexpr BrowserDatabaseChunk closingChunk = { ChunkTag::FileEnd, 0, 0 };
-
-void TellChanged(const LibraryState& library)
-{
-    String line("CB: somebody else has changed the library, so it is not written: ");
-    String path;
-    (void)host->path->getText(library.filePath.Value(), path.Value());
-    (void)line.Append(path);
-    host->console->line(line.Value());
-}
-
-// The date is asked for before the file is opened, which would make it if it had gone.
-bool HasOwnDate(const LibraryState& library)
-{
-    FileStamp now = { library.stamp.length, {} };
-    const bool isThere = host->folder->date(library.filePath.Value(), VX3_DATE_MODIFIED, &now.date);
-    return isThere == (library.stamp.length >= 0) && (!isThere || now == library.stamp);
-}
-
-// From here on nobody else writes it, if the host can see to that.
-bool OpenOwn(LibraryState& library)
-{
-    if (!library.file.Open(library.filePath, OpenMode::Update))
-        return false;
-    if (library.file.Length() == library.stamp.length)
-        return true;
-    (void)library.file.Close();
-    TellChanged(library);
-    return false;
-}
-
-// Before the first write over what could not be read whole.
-bool MakeBackup(LibraryState& library)
-{
-    if (!library.needsBackup || library.stamp.length < 0)
-        return true;
-    FilePath backup;
-    if (!MakeSibling(library.filePath, ".bak", backup))
-        return false;
-    if (!RemoveFile(backup)
-        || !host->folder->copy(library.filePath.Value(), backup.Value(), 0, library.stamp.length, nullptr, nullptr, nullptr))
-        return false;
-    library.needsBackup = false;
-    return true;
-}
-
-// Behind a rewrite whose last renaming failed, and the way back too.
-bool TakeBackPlace(LibraryState& library)
-{
-    FilePath backup;
-    if (!library.isDisplaced)
-        return true;
-    if (!MakeSibling(library.filePath, ".bak", backup) || !host->folder->rename(backup.Value(), library.filePath.Value()))
-        return false;
-    library.isDisplaced = false;
-    return true;
-}
 
 bool WriteHead(LibraryState& library)
 {
@@ -92,19 +35,17 @@ void MarkReplaced(LibraryState& library)
         (void)InvalidateChunk(library.file, library.infoOffset, ChunkTag::Info);
 }
 
-bool WriteInfo(LibraryState& library)
+bool WriteInfo(LibraryState& library, const BaseContainer& info)
 {
-    BaseContainer info;
-    if (!MakeInfo(library, info) || !AppendContainer(library, ChunkTag::Info, 0, info, library.infoOffset))
+    if (!AppendContainer(library, ChunkTag::Info, 0, info, library.infoOffset))
         return false;
     library.infoDirty = false;
     return true;
 }
 
-bool WriteCategory(LibraryState& library)
+bool WriteCategory(LibraryState& library, const BaseContainer& category)
 {
-    BaseContainer category;
-    if (!MakeCategory(library, category) || !AppendContainer(library, ChunkTag::Category, 0, category, library.categoryOffset))
+    if (!AppendContainer(library, ChunkTag::Category, 0, category, library.categoryOffset))
         return false;
     library.categoryDirty = false;
     return true;
@@ -127,6 +68,8 @@ bool WriteItem(LibraryState& library, ItemRecord& record)
 {
     if (record.chunk)
         (void)InvalidateChunk(library.file, record.chunk, ChunkTag::Item);
+    if (!library.file.IsUsable())
+        return false;
     record.chunk = 0;
     if (!AppendContainer(library, ChunkTag::Item, record.id, record.values, record.chunk))
         return false;
@@ -154,59 +97,16 @@ bool WriteItemChanges(LibraryState& library, bool all)
 
 } // namespace
 
-bool CreateEmptyFile(LibraryState& library)
-{
-    library.idleReader.Leave(nullptr);
-    if (library.openCount != 0 || library.isDetached || !library.file.Open(library.filePath, OpenMode::Create))
-        return false;
-    const bool isWritten = WriteChunkHeader(library.file, { ChunkTag::FileHead, 0, 0 }) && WriteChunkHeader(library.file, closingChunk);
-    const bool isClosed = library.file.Close();
-    library.stamp = StampOf(library.filePath);
-    if (!isWritten || !isClosed)
-        return false;
-    library.headLength = 0;
-    library.endOffset = chunkHeaderSize;
-    library.infoOffset = library.categoryOffset = 0;
-    return true;
-}
-
-bool OpenForUpdate(LibraryState& library)
-{
-    if (library.openCount > 0) {
-        library.openCount++;
-        return true;
-    }
-    library.idleReader.Leave(nullptr);
-    if (library.isDetached || (library.slot == noSlot && library.endOffset == 0) || !TakeBackPlace(library))
-        return false;
-    if (!HasOwnDate(library)) {
-        TellChanged(library);
-        return false;
-    }
-    if (!MakeBackup(library) || (library.endOffset == 0 && !CreateEmptyFile(library)) || !OpenOwn(library))
-        return false;
-    library.openCount = 1;
-    return true;
-}
-
-bool CloseAfterUpdate(LibraryState& library)
-{
-    if (--library.openCount > 0)
-        return true;
-    FileStamp stamp = { library.file.Length(), {} };
-    const bool isClosed = library.file.Close();
-    const bool isKnown = isClosed && stamp.length >= 0 && host->folder->date(library.filePath.Value(), VX3_DATE_MODIFIED, &stamp.date);
-    library.stamp = isKnown ? stamp : StampOf(library.filePath);
-    return isClosed;
-}
-
 bool WriteChanges(LibraryState& library)
 {
     const bool hadInfo = library.infoOffset != 0;
-    MarkReplaced(library);
-    if (!WriteHead(library) || ((library.infoDirty || !hadInfo) && !WriteInfo(library)))
+    BaseContainer info, category;
+    if (!MakeInfo(library, info) || !MakeCategory(library, category)) // before the old ones are marked
         return false;
-    if (library.hasCategory && (library.categoryDirty || !hadInfo) && !WriteCategory(library))
+    MarkReplaced(library);
+    if (!WriteHead(library) || ((library.infoDirty || !hadInfo) && !WriteInfo(library, info)))
+        return false;
+    if (library.hasCategory && (library.categoryDirty || !hadInfo) && !WriteCategory(library, category))
         return false;
     const bool isWritten = WriteItemChanges(library, library.legacyOffset != 0);
     const bool isClosed = library.file.SeekTo(static_cast<int64_t>(library.endOffset)) && WriteChunkHeader(library.file, closingChunk);

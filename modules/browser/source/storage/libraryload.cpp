@@ -49,6 +49,7 @@ private:
     uint64_t position = 0; // of the chunk
     uint64_t next = 0;     // of the one behind it
     BrowserDatabaseChunk chunk;
+    Block payload; // read last
     bool isSound = true;
     bool hasFailed = false; // not for what stands in the file
     bool isOver = false;    // the closing chunk was met
@@ -80,7 +81,10 @@ bool Scan::Run()
 
 bool Scan::ReadPayload(uint64_t length, BaseContainer& container)
 {
-    const Reading reading = ReadContainerPayload(file, length, container);
+    const int64_t start = file.Position();
+    if (start < 0 || length > fileLength - std::min(static_cast<uint64_t>(start), fileLength))
+        return false;
+    const Reading reading = ReadContainerPayload(file, length, payload, container);
     return Succeeded(reading != Reading::Failed) && reading == Reading::Done;
 }
 
@@ -258,7 +262,8 @@ bool Scan::ReadInfo()
         return false;
     infoChunks++;
     library.version = info.GetInt32(InfoVersion, 0);
-    library.libraryName = info.GetText(InfoName);
+    if (!Succeeded(ReadText(info, InfoName, library.libraryName)))
+        return false;
     library.readOnly = info.GetInt32(InfoReadOnly, 0) != 0;
     const BaseContainer* names = info.GetContainer(InfoNames);
     return !names || Succeeded(library.localizedNames.Set(*names));
@@ -271,7 +276,8 @@ bool Scan::ReadCategory()
     library.categoryOffset = position;
     if (!ReadPayload(chunk.length, category))
         return false;
-    library.category = category.GetText(CategoryText);
+    if (!Succeeded(ReadText(category, CategoryText, library.category)))
+        return false;
     const BaseContainer* names = category.GetContainer(CategoryNames);
     return !names || Succeeded(library.localizedNames.Set(*names));
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "storage/itempayloads.h"
+#include "storage/libraryfile.h"
 
 namespace browser {
 
@@ -33,6 +34,7 @@ public:
 
 private:
     bool Prepare();
+    bool Replace();
     bool ListItems();
     void DropRepeated();
     bool WriteFile();
@@ -63,14 +65,23 @@ private:
 
 bool Rewrite::Run()
 {
-    if (library.openCount != 0 || !Prepare())
+    if (library.openCount != 0 || !OpenForUpdate(library)) // so that nobody else writes it meanwhile
         return false;
+    const FileStamp stamp = library.stamp;
+    const bool isReplaced = Prepare() && Replace();
+    (void)CloseAfterUpdate(library);
+    library.stamp = stamp;
+    if (isReplaced)
+        Adopt();
+    return isReplaced;
+}
+
+bool Rewrite::Replace()
+{
     const bool isWritten = WriteFile();
     const bool areClosed = source.Close() && target.Close();
-    if (isWritten && areClosed && TakePlace()) {
-        Adopt();
+    if (isWritten && areClosed && TakePlace())
         return true;
-    }
     (void)RemoveFile(fresh);
     return false;
 }

@@ -46,6 +46,8 @@ struct LibraryState {
     LibraryState(const LibraryState&) = delete;
     LibraryState& operator=(const LibraryState&) = delete;
 
+    bool IsOpen() const { return openCount > 0 || isResting; } // for writers
+
     FilePath filePath;
     FilePath imagePath; // folder of what lies outside of the file, unless `dataInFile`
     ItemList items;
@@ -58,10 +60,12 @@ struct LibraryState {
     BinaryFile file; // of writers, open while `openCount` is not 0
     IdleReader idleReader;
     int32_t openCount = 0;
+    bool isResting = false; // open nevertheless, behind a payload, until the next write
     FileStamp stamp;
 
     uint64_t headLength = 0; // of the first chunk's payload
     uint64_t endOffset = 0;  // of the closing chunk, where the next one goes; 0: there is no file
+    uint64_t safeEnd = 0;    // where the log ended when the disk last had all of it
     uint64_t infoOffset = 0; // 0: none
     uint64_t categoryOffset = 0;
     uint64_t legacyOffset = 0; // of all items in one chunk
@@ -82,9 +86,11 @@ struct LibraryState {
     bool damaged = false;
     bool dataInFile = true;
     bool rewriteWanted = false;
-    bool needsBackup = false; // before the next write
-    bool isDetached = false;  // memory has not what the file has, which is never written over then
-    bool isDisplaced = false; // the file stands under its other name, since a renaming failed
+    bool needsBackup = false;       // before the next write
+    bool hasUnsafePayloads = false; // behind `safeEnd`
+    bool mustRewrite = false;       // before anything is appended: the disk may have lost payloads
+    bool isDetached = false;        // memory has not what the file has, which is never written over then
+    bool isDisplaced = false;       // the file stands under its other name, since a renaming failed
 };
 
 // How the file is now.

@@ -1,7 +1,7 @@
 #include "storage/payloadio.h"
 
 #include "storage/browserdatabaseitem.h"
-#include "storage/libraryflush.h"
+#include "storage/libraryfile.h"
 
 namespace browser {
 
@@ -20,10 +20,10 @@ bool AppendPayload(LibraryState& library, PayloadKind kind, int32_t id, const vo
     const int32_t key = kind == PayloadKind::Data ? static_cast<int32_t>(DataOffset) : static_cast<int32_t>(PictureOffset);
     const bool isWritten =
         entry.SetInt64(key, offset) && library.file.SeekTo(offset) && WriteChunkWithPayload(library.file, TagOf(kind), id, bytes, size);
-    const bool isClosed = CloseAfterUpdate(library);
-    if (isWritten && isClosed)
-        library.endOffset += static_cast<uint64_t>(chunkHeaderSize + size);
-    return isWritten && isClosed;
+    if (!(isWritten ? RestAfterPayload(library) : CloseAfterUpdate(library) && false))
+        return false;
+    library.endOffset += static_cast<uint64_t>(chunkHeaderSize + size);
+    return true;
 }
 
 bool KillPayload(LibraryState& library, const PayloadReference& payload)
@@ -90,9 +90,10 @@ bool PayloadFile::OpenOwn()
 
 BinaryFile* PayloadFile::Open(const PayloadReference& payload, BrowserDatabaseChunk& header)
 {
-    if (library.openCount == 0 && !OpenOwn())
+    const bool isShared = library.IsOpen();
+    if (!isShared && !OpenOwn())
         return nullptr;
-    BinaryFile& file = library.openCount > 0 ? library.file : *own;
+    BinaryFile& file = isShared ? library.file : *own;
     return IsPayload(file, library, payload, header) ? &file : nullptr;
 }
 

@@ -52,7 +52,7 @@ auto ReadPayloads(BrowserDatabase& library, Action read)
     {
         const ReadGuard guard(library.Lock(), LockRank::Library);
         PayloadFile file(state);
-        if (state.openCount == 0)
+        if (!state.IsOpen())
             return read(file);
     }
     const WriteGuard guard(library.Lock(), LockRank::Library);
