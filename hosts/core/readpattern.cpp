@@ -8,6 +8,7 @@ namespace {
 
 constexpr int64_t growth = 4;                  // of the window of who reads on
 constexpr int64_t hopWindow = 512;             // a header and often the record behind it
+constexpr int64_t farWindow = 12 << 10;        // a header and often all that it tells of, such as a preview
 constexpr int64_t longestHop = 128 * 1024;     // farther away a disk is no slower for a place of its own
 constexpr int32_t hopsToTrust = 8;             // fewer may be a picture's head, or one item of a library
 constexpr int64_t aheadBytes = 4 << 20;        // what a fast disk brings while it answers one question
@@ -20,8 +21,8 @@ int64_t ReadPattern::WindowFor(int64_t offset, int64_t wanted)
     if (offset == lastEnd) {
         window = std::min(window * growth, largestWindow);
     } else {
-        window = hopWindow;
         NoteHop(offset, offset - lastEnd);
+        window = hops > 0 ? hopWindow : farWindow;
     }
     return std::max(window, wanted);
 }

@@ -72,9 +72,9 @@ bool PreviewPath(const LibraryState& library, const BaseContainer& preview, File
     return !library.imagePath.IsEmpty() && !name.IsEmpty() && IsNameAllowed(name) && path.SetJoined(library.imagePath, name);
 }
 
-bool IsPayload(BinaryFile& file, const LibraryState& library, const PayloadReference& payload, BrowserDatabaseChunk& header)
+bool IsPayload(BinaryFile& file, int64_t length, const LibraryState& library, const PayloadReference& payload, BrowserDatabaseChunk& header)
 {
-    const int64_t offset = static_cast<int64_t>(payload.offset), length = file.Length();
+    const auto offset = static_cast<int64_t>(payload.offset);
     if (offset < chunkHeaderSize || offset > length - chunkHeaderSize || !file.SeekTo(offset) || !ReadChunkHeader(file, header))
         return false;
     const bool hasId = library.loadedVersion < versionWithIds || header.id == payload.record->id;
@@ -86,10 +86,12 @@ void KillPayloads(LibraryState& library, ItemRecord& record)
 {
     Array<PayloadReference> payloads;
     BrowserDatabaseChunk header;
-    if (ListPayloads(record, payloads))
+    if (ListPayloads(record, payloads) && payloads.Count() > 0) {
+        const int64_t length = library.file.Length();
         for (const PayloadReference& payload : payloads)
-            if (IsPayload(library.file, library, payload, header))
+            if (IsPayload(library.file, length, library, payload, header))
                 (void)InvalidateChunk(library.file, payload.offset, header.tag);
+    }
     RemoveExternals(library, record);
     const BaseContainer* previews = record.values.GetContainer(ItemPreviews);
     int32_t number = 0, type = 0;

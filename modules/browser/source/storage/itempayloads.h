@@ -28,8 +28,10 @@ bool SetPayloadOffset(ItemRecord& record, PayloadKind kind, int32_t preview, uin
 [[nodiscard]] bool DataPath(const LibraryState& library, const ItemRecord& record, FilePath& path);
 [[nodiscard]] bool PreviewPath(const LibraryState& library, const BaseContainer& preview, FilePath& path);
 
-// Does the chunk at an offset hold this payload? What a file says is not believed.
-[[nodiscard]] bool IsPayload(BinaryFile& file, const LibraryState& library, const PayloadReference& payload, BrowserDatabaseChunk& header);
+// Does the chunk at an offset of a file so long hold this payload? What a file says is not
+// believed. The position is behind the header then.
+[[nodiscard]] bool IsPayload(BinaryFile& file, int64_t length, const LibraryState& library, const PayloadReference& payload,
+                             BrowserDatabaseChunk& header);
 
 // Makes all of the record's chunks dead ones, and takes its files away. The library's file
 // is open for update; its position is undefined afterwards.

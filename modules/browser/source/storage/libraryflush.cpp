@@ -114,7 +114,7 @@ bool WriteChanges(LibraryState& library)
         return false;
     library.legacyOffset = 0;
     library.dirty = false;
-    if (library.file.Length() > static_cast<int64_t>(library.endOffset) + chunkHeaderSize)
+    if (library.stamp.length > static_cast<int64_t>(library.endOffset) + chunkHeaderSize)
         library.rewriteWanted = true; // an old tail that a crash might bring back
     return true;
 }

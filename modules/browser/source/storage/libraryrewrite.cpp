@@ -164,7 +164,7 @@ bool Rewrite::CopyPayload(CopiedPayload& payload)
     BrowserDatabaseChunk header;
     const PayloadReference& old = payload.reference;
     payload.copy = lost;
-    if (!IsPayload(source, library, old, header))
+    if (!IsPayload(source, source.Length(), library, old, header))
         return source.IsUsable();
     if (!source.SeekTo(static_cast<int64_t>(old.offset)) || !ReadChunkPayload(source, bytes)
         || !WriteChunkWithPayload(target, header.tag, old.record->id, bytes.Bytes(), bytes.Size()))

@@ -26,7 +26,7 @@ void Note(LibraryState& library, ItemRecord& record)
 bool WriteId(BinaryFile& file, const LibraryState& library, const PayloadReference& payload)
 {
     BrowserDatabaseChunk header;
-    return !IsPayload(file, library, payload, header)
+    return !IsPayload(file, file.Length(), library, payload, header)
         || (file.SeekTo(static_cast<int64_t>(payload.offset) + idPlace) && file.WriteWord(static_cast<uint32_t>(payload.record->id)));
 }
 

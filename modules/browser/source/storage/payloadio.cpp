@@ -31,7 +31,7 @@ bool KillPayload(LibraryState& library, const PayloadReference& payload)
     BrowserDatabaseChunk header;
     if (!OpenForUpdate(library))
         return false;
-    if (IsPayload(library.file, library, payload, header))
+    if (IsPayload(library.file, library.file.Length(), library, payload, header))
         (void)InvalidateChunk(library.file, payload.offset, header.tag);
     return CloseAfterUpdate(library);
 }
@@ -94,7 +94,8 @@ BinaryFile* PayloadFile::Open(const PayloadReference& payload, BrowserDatabaseCh
     if (!isShared && !OpenOwn())
         return nullptr;
     BinaryFile& file = isShared ? library.file : *own;
-    return IsPayload(file, library, payload, header) ? &file : nullptr;
+    const int64_t length = isShared ? file.Length() : library.stamp.length; // of a file that is not written
+    return IsPayload(file, length, library, payload, header) ? &file : nullptr;
 }
 
 // The header is right in front of the position.
