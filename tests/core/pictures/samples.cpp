@@ -41,8 +41,7 @@ const std::vector<Sample>& Samples()
 
 std::string SamplePath(const std::string& name)
 {
-    auto tests = std::filesystem::path(__FILE__).parent_path().parent_path().parent_path();
-    return (tests / "data" / "pictures" / name).string();
+    return (std::filesystem::path(SOURCE_FOLDER) / "tests" / "data" / "pictures" / name).string();
 }
 
 Bytes ReadSample(const std::string& name)

@@ -21,7 +21,7 @@ namespace files = std::filesystem;
 
 files::path ModuleFolder()
 {
-    return files::path(__FILE__).parent_path() / ".." / ".." / ".." / "modules" / "browser";
+    return files::path(SOURCE_FOLDER) / "modules" / "browser";
 }
 
 // The module's resources in a language, loaded by a host of its own.
