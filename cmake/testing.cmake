@@ -22,6 +22,8 @@ function(vx3_test name)
     add_executable(${name} ${TEST_SOURCES})
     set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests)
     target_link_libraries(${name} PRIVATE ${TEST_LIBS} GTest::gtest GTest::gtest_main)
+    # Half the time of compiling, and what is tested is as fast as ever.
+    target_compile_options(${name} PRIVATE $<$<CONFIG:Release>:-O1>)
     if("browser_objects" IN_LIST TEST_LIBS)
         # As the module itself: its classes have no type information to derive from or to check.
         target_compile_options(${name} PRIVATE -fno-rtti)

@@ -25,8 +25,12 @@ bool ReadData(PayloadFile& file, const LibraryState& library, const PayloadRefer
 
 int64_t LengthOfData(PayloadFile& file, const LibraryState& library, const PayloadReference& payload)
 {
-    if (payload.offset != 0)
-        return file.LengthOf(payload);
+    if (payload.offset != 0) {
+        std::atomic<int64_t>& known = payload.record->dataLength;
+        if (known.load(std::memory_order_relaxed) < 0)
+            known.store(file.LengthOf(payload), std::memory_order_relaxed);
+        return known.load(std::memory_order_relaxed);
+    }
     FilePath path;
     return DataPath(library, *payload.record, path) ? LengthOfFile(path) : -1;
 }
@@ -84,6 +88,7 @@ bool BrowserDatabaseItem::SetStoredData(const void* bytes, int64_t size, Storage
                               : WriteDataFile(state, *record, bytes, size)))
         return false;
     slot.Fill(entry);
+    record->dataLength.store(state.dataInFile ? size : -1, std::memory_order_relaxed);
     database->NoteChanged(*record);
     return true;
 }

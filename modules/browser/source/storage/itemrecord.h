@@ -102,7 +102,8 @@ public:
     std::atomic<BrowserHashNode*> node = nullptr; // of the index; none while it is not in it
     uint64_t chunk = 0;                           // offset of what is stored; 0: it never was
     BaseContainer values;
-    bool isChanged = false; // since it was stored
+    mutable std::atomic<int64_t> dataLength = -1; // of its data in the file; -1 while nobody has asked
+    bool isChanged = false;                       // since it was stored
 
 private:
     friend class ItemList;

@@ -38,13 +38,19 @@ bool KillPayload(LibraryState& library, const PayloadReference& payload)
 
 // --- Files beside the library ---
 
+// A file that is replaced goes when the new one is whole.
 bool WriteWholeFile(const FilePath& path, const void* bytes, int64_t size)
 {
+    FilePath fresh;
     BinaryFile file;
-    if (!file.Open(path, OpenMode::Create))
+    if (!MakeSibling(path, ".new", fresh) || !file.Open(fresh, OpenMode::Create))
         return false;
     const bool isWritten = file.Write(bytes, size);
-    return file.Close() && isWritten;
+    const bool isClosed = file.Close();
+    if (isWritten && isClosed && RemoveFile(path) && host->folder->rename(fresh.Value(), path.Value()))
+        return true;
+    (void)RemoveFile(fresh);
+    return false;
 }
 
 bool ReadWholeFile(const FilePath& path, Block& bytes)
