@@ -16,7 +16,7 @@ static_assert(offsetof(PackedNested, container) == 0, "a plain body frees it as 
 
 bool PlainValue(const ImageEntry& entry, ContainerValue& value)
 {
-    value = {};
+    value = { .int64 = 0 }; // all of its bytes
     switch (entry.type) {
     case VX3_VALUE_TEXT: return ReadImageText(entry.value, value.text);
     case VX3_VALUE_BYTES: value.bytes = MakeBytes(entry.value.data(), static_cast<int64_t>(entry.value.size())); return value.bytes;
@@ -211,7 +211,7 @@ void SetPacked(VX3Container& container, PackedBody* body)
 
 ContainerValue PackedNumber(const ImageEntry& entry)
 {
-    ContainerValue value = {};
+    ContainerValue value = { .int64 = 0 };
     ImageCursor cursor(entry.value);
     switch (entry.type) {
     case VX3_VALUE_INT32: (void)cursor.TakeSigned(value.int32); break;

@@ -87,7 +87,7 @@ def language(code):
 
 def path_hash(path):
     """Right for paths whose lower case Python and the format agree upon."""
-    return zlib.crc32(path.lower().encode("utf-16-be"))
+    return zlib.crc32(path.lower().encode("utf-16-be", "surrogatepass"))
 
 
 def packed(data):

@@ -64,6 +64,9 @@ TEST_F(LibraryLoad, FindsItsWayThroughOldForms)
     records.bytes.clear();
     records.Number(static_cast<uint32_t>(-4), 4).Raw("dead").Number(one.size(), 4).Raw(one);
     dead.Head().Chunk("difm", 0, InfoImage(name, 3)).Chunk("dbas", 0, records.bytes);
+    const std::string cut = Load(dead.bytes);
+    EXPECT_NE(cut.find("damaged"), std::string::npos) << "the run goes on to the end of the file";
+    EXPECT_NE(cut.find(" 1=preset://a.libvx/one"), std::string::npos);
     EXPECT_NE(Load(dead.End().bytes).find("damaged"), std::string::npos) << "a dead record makes the run too long";
 
     FileBytes homeless;

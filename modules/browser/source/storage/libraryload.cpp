@@ -37,6 +37,7 @@ private:
     bool SkipPayload();
     bool ReadPayload(uint64_t length, BaseContainer& container);
     bool Succeeded(bool isDone);
+    uint64_t BytesLeft() const;
     bool SeekBehindHeader() { return file.SeekTo(static_cast<int64_t>(position + chunkHeaderSize)); }
     ItemRecord* AddItem(int32_t id);
     void CountItem(int32_t id);
@@ -81,11 +82,16 @@ bool Scan::Run()
 
 bool Scan::ReadPayload(uint64_t length, BaseContainer& container)
 {
-    const int64_t start = file.Position();
-    if (start < 0 || length > fileLength - std::min(static_cast<uint64_t>(start), fileLength))
+    if (length > BytesLeft())
         return false;
     const Reading reading = ReadContainerPayload(file, length, payload, container);
     return Succeeded(reading != Reading::Failed) && reading == Reading::Done;
+}
+
+uint64_t Scan::BytesLeft() const
+{
+    const int64_t start = file.Position();
+    return start < 0 ? 0 : fileLength - std::min(static_cast<uint64_t>(start), fileLength);
 }
 
 // Of what can only fail for memory.
@@ -232,7 +238,7 @@ bool Scan::ReadOldItems()
 bool Scan::ReadOldRecord(int64_t& left)
 {
     uint32_t word = 0;
-    if (!file.ReadWord(word))
+    if (BytesLeft() < sizeof(word) || !file.ReadWord(word)) // a read that is cut would be a failure of the disk
         return false;
     const auto length = static_cast<int64_t>(static_cast<int32_t>(word));
     left -= length + static_cast<int64_t>(sizeof(word));
