@@ -120,7 +120,7 @@ private:
         const std::string text = std::to_string(value) + "\u00E9";
         switch (kind) {
         case 0: container.setInt32(each, key, static_cast<int32_t>(value)); break;
-        case 1: container.setInt64(each, key, value * value); break;
+        case 1: container.setInt64(each, key, value * INT32_MAX); break;
         case 2: container.setFloat(each, key, static_cast<double>(value)); break;
         case 3: container.setText(each, key, Text(text).Get()); break;
         case 4: container.setBytes(each, key, text.data(), static_cast<int64_t>(text.size())); break;
