@@ -6,10 +6,10 @@ static constexpr const char* objectNames[] = { "none",        "memory block", "b
                                                "volume walk", "folder watch", "bitmap",      "thread",    "semaphore",  "resources" };
 static_assert(std::size(objectNames) == static_cast<std::size_t>(Object::Count));
 
-static constexpr const char* failNames[] = { "nothing",     "memory",    "open",         "read",         "write",
-                                             "inspect",     "rename",    "createFolder", "copy",         "remove",
-                                             "startWalk",   "nextEntry", "watch",        "loadResource", "loadBitmap",
-                                             "threadStart", "semaphore", "register",     "publish" };
+static constexpr const char* failNames[] = { "nothing",    "memory",      "open",      "read",         "write",
+                                             "seek",       "inspect",     "rename",    "createFolder", "copy",
+                                             "remove",     "startWalk",   "nextEntry", "watch",        "loadResource",
+                                             "loadBitmap", "threadStart", "semaphore", "register",     "publish" };
 static_assert(std::size(failNames) == static_cast<std::size_t>(FailClass::Count));
 
 const char* NameOf(Object kind)

@@ -27,6 +27,7 @@ enum class FailClass : uint8_t {
     Open,
     Read,
     Write, // with close and sync
+    Seek,
     Inspect,
     Rename, // with move
     CreateFolder,

@@ -13,6 +13,7 @@ namespace {
 struct ClassPlan {
     std::atomic<int64_t> nth{ 0 }; // 0: no plan
     std::atomic<bool> fromThereOn{ false };
+    std::atomic<Manner> manner{ Manner::Refused };
     std::atomic<int64_t> calls{ 0 };
     std::atomic<int64_t> failures{ 0 };
 };
@@ -101,17 +102,44 @@ void EmptyArguments(const Rule& rule, const int64_t* words, const VX3Host& below
     }
 }
 
-// Whether this call is to fail; notes what that breaks.
-bool Decide(const Rule& rule, const int64_t* words)
+enum class Outcome { Goes, Refused, Halfway, Done };
+
+Outcome OutcomeOf(FailClass kind)
+{
+    switch (PlanOf(kind).manner.load()) {
+    case Manner::Refused: return Outcome::Refused;
+    case Manner::Halfway: return Outcome::Halfway;
+    case Manner::Done: return Outcome::Done;
+    }
+    return Outcome::Refused;
+}
+
+int64_t Halve(int64_t (*read)(VX3BinaryFile*, void*, int64_t), VX3BinaryFile* file, void* bytes, int64_t length)
+{
+    return read(file, bytes, length / 2);
+}
+
+VX3Bool Halve(VX3Bool (*write)(VX3BinaryFile*, const void*, int64_t), VX3BinaryFile* file, const void* bytes, int64_t length)
+{
+    write(file, bytes, length / 2);
+    return 0;
+}
+
+// What is to become of this call; notes what that breaks.
+Outcome Decide(const Rule& rule, const int64_t* words, bool canBeHalved)
 {
     const bool wasBroken = CanBreak(rule) && (Ends(rule) ? broken.Remove(words[0]) : broken.Has(words[0]));
     if (wasBroken)
-        return true;
-    const bool fails = FailsNow(rule.fails);
-    const bool breaks = rule.fails == FailClass::Read || rule.fails == FailClass::Write || rule.fails == FailClass::NextEntry;
-    if (fails && breaks && CanBreak(rule) && !Ends(rule))
+        return Outcome::Refused;
+    if (!FailsNow(rule.fails))
+        return Outcome::Goes;
+    const Outcome outcome = OutcomeOf(rule.fails);
+    const bool isShortRead = rule.fails == FailClass::Read && outcome == Outcome::Halfway && canBeHalved;
+    const bool breaks = rule.fails == FailClass::Read || rule.fails == FailClass::Write || rule.fails == FailClass::Seek
+        || rule.fails == FailClass::NextEntry;
+    if (breaks && !isShortRead && CanBreak(rule) && !Ends(rule))
         broken.Add(words[0]);
-    return fails;
+    return outcome;
 }
 
 struct FaultLayer {
@@ -121,13 +149,20 @@ struct FaultLayer {
     static Result Pass(const Rule& rule, Result (*original)(Args...), Args... args)
     {
         const int64_t words[] = { WordOf(args)..., 0 };
-        const bool fails = Decide(rule, words);
+        constexpr bool canBeHalved = requires
+        {
+            Halve(original, args...);
+        };
+        const Outcome outcome = Decide(rule, words, canBeHalved);
         if constexpr (std::is_void_v<Result>) {
             original(args...); // what frees always goes through
         } else {
-            if (!fails)
+            if (outcome == Outcome::Goes)
                 return original(args...);
-            if (rule.stillCalled)
+            if constexpr (canBeHalved)
+                if (outcome == Outcome::Halfway)
+                    return Halve(original, args...);
+            if (rule.stillCalled || outcome == Outcome::Done)
                 original(args...);
             EmptyArguments(rule, words, LayeredTable<FaultLayer>::below);
             return FailureOf<Result>(rule);
@@ -153,12 +188,13 @@ const VX3Host* FaultPlan::Table() const
     return &LayeredTable<FaultLayer>::table;
 }
 
-void FaultPlan::Fail(FailClass kind, int64_t nth, Failing failing)
+void FaultPlan::Fail(FailClass kind, int64_t nth, Failing failing, Manner manner)
 {
     ClassPlan& plan = PlanOf(kind);
     plan.calls.store(0);
     plan.failures.store(0);
     plan.fromThereOn.store(failing == Failing::FromThereOn);
+    plan.manner.store(manner);
     plan.nth.store(nth);
 }
 

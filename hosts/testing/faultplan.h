@@ -1,8 +1,9 @@
 // A host's table whose n-th call of a class fails.
 //
-// A failed call gives its documented failure value and does not go through; only what
-// closes a file is still called. After a failed read or write the file fails every later
-// call but close and free, and after a failed entry a walk is over and not sound.
+// A failed call gives its documented failure value and, unless told otherwise, does not go
+// through; only what closes a file is still called. After a failed read, write or seek the
+// file fails every later call but close and free, and after a failed entry a walk is over
+// and not sound.
 //
 // One lives at a time. Plans are made while no other thread calls; the functions of the
 // table may be called by any thread, and calls are then counted in the order in which
@@ -18,6 +19,13 @@ namespace vx3::testing {
 
 enum class Failing { Once, FromThereOn };
 
+// How far a failed call goes all the same.
+enum class Manner : uint8_t {
+    Refused,
+    Halfway, // a read gives half of what is there, a write stores half; other calls are refused
+    Done     // all the way, and tells of a failure; for calls that make nothing to be freed
+};
+
 class FaultPlan
 {
 public:
@@ -30,7 +38,7 @@ public:
 
     // Fails the n-th call of a class from now, counted from 1. Classes have plans of
     // their own; setting one starts the count of its class anew.
-    void Fail(FailClass kind, int64_t nth, Failing failing = Failing::Once);
+    void Fail(FailClass kind, int64_t nth, Failing failing = Failing::Once, Manner manner = Manner::Refused);
     void Clear(); // all plans, all counts
 
     int64_t CallsOf(FailClass kind) const;    // since the last plan of the class

@@ -39,14 +39,12 @@ public:
     {
         std::lock_guard guard(TheMemory().lock);
         const auto length = static_cast<int64_t>(entry->bytes.size());
-        const int64_t end = offset + count;
-        if (!TheMemory().UseBytes(std::max<int64_t>(0, end - length)))
-            return false;
-        if (end > length)
-            entry->bytes.resize(static_cast<std::size_t>(end));
-        std::memcpy(entry->bytes.data() + offset, bytes, static_cast<std::size_t>(count));
+        const int64_t fitting = TakeRoom(std::max<int64_t>(0, offset + count - length), count);
+        if (offset + fitting > length)
+            entry->bytes.resize(static_cast<std::size_t>(offset + fitting));
+        std::memcpy(entry->bytes.data() + offset, bytes, static_cast<std::size_t>(fitting));
         entry->modified = TheMemory().Now();
-        return true;
+        return fitting == count;
     }
 
     int64_t Length() override
@@ -68,6 +66,18 @@ public:
     }
 
 private:
+    // How many of the bytes fit; as on a disk, the first ones are written then.
+    static int64_t TakeRoom(int64_t growth, int64_t count)
+    {
+        MemoryState& memory = TheMemory();
+        if (memory.UseBytes(growth))
+            return count;
+        const int64_t fitting = std::max<int64_t>(0, count - (growth - memory.freeBytes));
+        if (fitting > 0)
+            memory.freeBytes = 0;
+        return fitting;
+    }
+
     EntryRef entry;
     bool isWritable; // and not closed
 };

@@ -190,7 +190,7 @@ inline constexpr std::tuple binaryFile = {
     Row<&VX3FileServices::writeInt16>{ "file.writeInt16", OwnerThread, MayBlock, Write, none, { file, any } },
     Row<&VX3FileServices::writeInt32>{ "file.writeInt32", OwnerThread, MayBlock, Write, none, { file, any } },
     Row<&VX3FileServices::writeInt64>{ "file.writeInt64", OwnerThread, MayBlock, Write, none, { file, any } },
-    Row<&VX3FileServices::seek>{ "file.seek", OwnerThread, MayBlock, Nothing, none, { file, any, Of(Choice::SeekOrigin) } },
+    Row<&VX3FileServices::seek>{ "file.seek", OwnerThread, MayBlock, Seek, none, { file, any, Of(Choice::SeekOrigin) } },
     Row<&VX3FileServices::position>{ "file.position", OwnerThread, Quick, Nothing, none, { file }, -1 },
     Row<&VX3FileServices::length>{ "file.length", OwnerThread, MayBlock, Read, none, { file }, -1 },
     Row<&VX3FileServices::sync>{ "file.sync", OwnerThread, MayBlock, Write, none, { file } },

@@ -144,6 +144,33 @@ TEST(FaultPlan, BreaksAFileUntilItIsClosed)
     EXPECT_EQ(host.ExpectClean(), "");
 }
 
+TEST(FaultPlan, GoesHalfwayOrAllTheWayIfToldTo)
+{
+    TestHost host({ .files = Files::InMemory });
+    host.FileSystem().AddFolder("/f");
+    const VX3Host& table = *host.Table();
+    VX3BinaryFile* file = OpenFile(table, "/f/a", VX3_OPEN_CREATE);
+    host.Faults().Fail(FailClass::Write, 2, Failing::Once, Manner::Halfway);
+    EXPECT_TRUE(table.file->write(file, "abcd", 4));
+    EXPECT_FALSE(table.file->write(file, "efgh", 4));
+    EXPECT_FALSE(table.file->write(file, "ijkl", 4));
+    EXPECT_FALSE(table.file->close(file));
+    char bytes[6] = {};
+    EXPECT_TRUE(table.file->open(file, core::Path("/f/a").Get(), VX3_OPEN_READ, 0, VX3_ORDER_BIG, VX3_FILE_TYPE, VX3_FILE_CREATOR));
+    host.Faults().Fail(FailClass::Read, 1, Failing::Once, Manner::Halfway);
+    EXPECT_EQ(table.file->read(file, bytes, 6), 3);
+    EXPECT_EQ(table.file->read(file, bytes + 3, 3), 3) << "a short read breaks nothing";
+    EXPECT_EQ(std::string(bytes, 6), "abcdef");
+    host.Faults().Fail(FailClass::Seek, 1);
+    EXPECT_FALSE(table.file->seek(file, 0, VX3_SEEK_ABSOLUTE));
+    EXPECT_EQ(table.file->read(file, bytes, 1), -1);
+    table.file->free(file);
+    host.Faults().Fail(FailClass::Rename, 1, Failing::Once, Manner::Done);
+    EXPECT_FALSE(table.folder->rename(core::Path("/f/a").Get(), core::Path("/f/b").Get()));
+    EXPECT_EQ(host.FileSystem().Listing("/f"), "b=abcdef\n");
+    EXPECT_EQ(host.ExpectClean(), "");
+}
+
 TEST(FaultPlan, EndsAWalkThatIsNotSound)
 {
     TestHost host({ .files = Files::InMemory });

@@ -25,6 +25,14 @@ uint64_t BytesLeft(const BinaryFile& file)
     return position < 0 || length < position ? 0 : static_cast<uint64_t>(length - position);
 }
 
+// A read that breaks off in front of the end is the disk's failure: the file is of no use any
+// more, so that nobody takes what he has not seen for absent.
+bool FailFile(BinaryFile& file)
+{
+    constexpr int64_t nowhere = -1;
+    return file.SeekTo(nowhere);
+}
+
 // A data file of the host over bytes in memory, for the length of a scope.
 class MemoryDataFile
 {
@@ -118,8 +126,9 @@ uint8_t* Block::Take()
 bool ReadChunkHeader(BinaryFile& file, BrowserDatabaseChunk& header)
 {
     uint8_t bytes[chunkHeaderSize];
-    if (file.Read(bytes, chunkHeaderSize) != chunkHeaderSize)
-        return false;
+    const int64_t got = file.Read(bytes, chunkHeaderSize);
+    if (got != chunkHeaderSize)
+        return BytesLeft(file) > 0 && FailFile(file);
     header.tag = static_cast<ChunkTag>(LoadWord(bytes));
     header.id = std::bit_cast<int32_t>(LoadWord(bytes + 4));
     header.length = uint64_t(LoadWord(bytes + 8)) << 32 | LoadWord(bytes + 12);

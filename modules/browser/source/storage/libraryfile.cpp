@@ -27,7 +27,8 @@ bool TakeBackPlace(LibraryState& library)
     FilePath backup;
     if (!library.isDisplaced)
         return true;
-    if (!MakeSibling(library.filePath, ".bak", backup) || !host->folder->rename(backup.Value(), library.filePath.Value()))
+    if (!MakeSibling(library.filePath, ".bak", backup)
+        || (!host->folder->rename(backup.Value(), library.filePath.Value()) && host->folder->exists(backup.Value())))
         return false;
     library.isDisplaced = false;
     return true;

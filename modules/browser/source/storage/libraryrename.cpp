@@ -85,11 +85,13 @@ bool BrowserDatabase::RenameItems(const String& oldName, const String& newName)
         ItemRecord* record = state.items.At(place);
         if (!record || record->state != ItemState::Live)
             continue;
-        String path = record->GetPath();
+        const String& path = record->GetPath();
         if (!StartsWithFolded(path, oldName))
             continue;
-        String renamed = newName;
-        areRenamed = renamed.Append(path.Part(oldName.Length())) && record->SetPath(renamed, PathHash(renamed)) && areRenamed;
+        const String rest = path.Part(oldName.Length());
+        const bool isWhole = rest.Length() == path.Length() - oldName.Length();
+        String renamed;
+        areRenamed = isWhole && renamed.Set(newName) && renamed.Append(rest) && record->SetPath(renamed, PathHash(renamed)) && areRenamed;
         NoteChanged(*record);
     }
     return areRenamed;

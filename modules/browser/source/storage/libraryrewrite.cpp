@@ -227,14 +227,16 @@ bool Rewrite::PointTo(const CopiedItem& item, bool newFile)
     return isDone;
 }
 
-// If the last step fails, the old file goes back to its place.
+// If the last step fails, the old file goes back to its place. A disk may rename a file and tell
+// that it has not.
 bool Rewrite::TakePlace()
 {
-    if (!RemoveFile(backup) || !host->folder->rename(library.filePath.Value(), backup.Value()))
+    const bool isFree = RemoveFile(backup) && host->folder->rename(library.filePath.Value(), backup.Value());
+    if (!isFree && (host->folder->exists(library.filePath.Value()) || !host->folder->exists(backup.Value())))
         return false;
     if (host->folder->rename(fresh.Value(), library.filePath.Value()) || !host->folder->exists(fresh.Value()))
         return true;
-    library.isDisplaced = !host->folder->rename(backup.Value(), library.filePath.Value());
+    library.isDisplaced = !host->folder->rename(backup.Value(), library.filePath.Value()) && host->folder->exists(backup.Value());
     return false;
 }
 
