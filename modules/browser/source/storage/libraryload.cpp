@@ -228,7 +228,8 @@ bool Scan::ReadOldItems()
 bool Scan::ReadOldRecord(int64_t& left)
 {
     uint32_t word = 0;
-    if (!file.ReadWord(word))
+    const bool isThere = file.Position() + static_cast<int64_t>(sizeof(word)) <= static_cast<int64_t>(fileLength);
+    if (!isThere || !file.ReadWord(word))
         return false;
     const auto length = static_cast<int64_t>(static_cast<int32_t>(word));
     left -= length + static_cast<int64_t>(sizeof(word));
