@@ -22,6 +22,7 @@ class ItemStress : public ItemTest
 {
 protected:
     static std::string PathOfNumber(unsigned number) { return "x/" + std::to_string(number % paths); }
+    static std::string PathOfGuest(unsigned number) { return "guest/" + std::to_string(number % paths); }
 
     // Text that says itself whether it is whole.
     static std::string Payload(std::mt19937& random)
@@ -53,14 +54,18 @@ protected:
             (void)item->DeleteAllPreviews();
     }
 
-    static void Read(std::mt19937& random)
+    void Read(std::mt19937& random)
     {
-        const Item item = Find(PathOfNumber(static_cast<unsigned>(random())));
+        const auto number = static_cast<unsigned>(random());
+        const bool isGuest = random() % 4 == 0;
+        const Item item = Find(isGuest ? PathOfGuest(number) : PathOfNumber(number));
         if (!item)
             return;
+        guests += isGuest;
         browser::Block data;
         if (item->GetData(data)) {
             EXPECT_TRUE(IsWhole(StringOf(data)));
+            CountIdleReader(item->Library());
         }
         (void)item->GetDataSize(true);
         (void)item->GetName(true);
@@ -75,22 +80,34 @@ protected:
         }
     }
 
-    static void DoSomething(BrowserDatabase& own, std::mt19937& random)
+    // Is a file left behind for the next reader? Taken and left again, as readers do.
+    void CountIdleReader(BrowserDatabase& library)
+    {
+        const browser::ReadGuard guard(library.Lock(), browser::LockRank::Library);
+        browser::IdleReader& idle = library.State().idleReader;
+        if (browser::BinaryFile* file = library.State().openCount == 0 ? idle.Take() : nullptr) {
+            idle.Leave(file);
+            ++idleReaders;
+        }
+    }
+
+    void DoSomething(BrowserDatabase& own, std::mt19937& random)
     {
         const auto any = [&random] { return TextOf(PathOfNumber(static_cast<unsigned>(random()))); };
         switch (random() % 16) {
         case 0: (void)own.DeleteItem(any()); break;
-        case 1: (void)own.MoveItem(any(), any()); break;
-        case 2: EXPECT_TRUE(own.Flush()); break;
-        case 3:
+        case 1:
+        case 2: moves += own.MoveItem(any(), any()); break;
+        case 3: EXPECT_TRUE(own.Flush()); break;
+        case 4:
             if (own.HoldFile()) {
                 Write(own, random);
                 own.ReleaseFile();
             }
             break;
-        case 4:
         case 5:
-        case 6: Write(own, random); break;
+        case 6:
+        case 7: Write(own, random); break;
         default: Read(random);
         }
     }
@@ -109,10 +126,17 @@ protected:
     {
         FileBytes file;
         file.Head().Chunk("difm", 0, InfoImage("preset://guest.libvx"));
-        for (int i = 0; i < paths; i++)
+        for (int i = 0; i < paths; i++) {
             file.Chunk("ditm", i + 1, ItemImage(PathOfNumber(static_cast<unsigned>(i)).c_str()));
+            file.Chunk("ditm", paths + i + 1, ItemImage(PathOfGuest(static_cast<unsigned>(i)).c_str()));
+        }
         Put(file.End().bytes, guestFile);
     }
+
+    // What the threads have come across, so that nothing of it is left out unseen.
+    std::atomic<int64_t> moves = 0;       // from one node of the index to another
+    std::atomic<int64_t> idleReaders = 0; // files that a reader left open
+    std::atomic<int64_t> guests = 0;      // items of the library that comes and goes
 
     void ExpectSound(const char* path)
     {
@@ -152,6 +176,10 @@ TEST_F(ItemStress, Storm)
         worker.join();
     EXPECT_GT(operations, 100);
     RecordProperty("operations", std::to_string(operations));
+    for (const auto& [name, count] : { std::pair("moves", &moves), std::pair("idleReaders", &idleReaders), std::pair("guests", &guests) }) {
+        EXPECT_GT(*count, 10) << name;
+        RecordProperty(name, std::to_string(*count));
+    }
     for (BrowserDatabase* library : libraries) {
         EXPECT_TRUE(library->Flush());
         EXPECT_GE(library->CountItems(), 0);

@@ -30,6 +30,7 @@ bool WriteId(BinaryFile& file, const LibraryState& library, const PayloadReferen
         || (file.SeekTo(static_cast<int64_t>(payload.offset) + idPlace) && file.WriteWord(static_cast<uint32_t>(payload.record->id)));
 }
 
+// Previews may have moved already: the file tells its old version until something else is written.
 bool WriteIdsOf(BinaryFile& file, const LibraryState& library, ItemRecord& record)
 {
     const BaseContainer* data = record.values.GetContainer(ItemData);
@@ -37,14 +38,15 @@ bool WriteIdsOf(BinaryFile& file, const LibraryState& library, ItemRecord& recor
     if (offset != 0 && !WriteId(file, library, { &record, PayloadKind::Data, 0, static_cast<uint64_t>(offset) }))
         return false;
     const BaseContainer* path = record.values.GetContainer(ItemPath);
-    const BaseContainer* previews = path ? path->GetContainer(PathOldPreviews) : nullptr;
+    const BaseContainer* oldPreviews = path ? path->GetContainer(PathOldPreviews) : nullptr;
     int32_t number = 0, type = 0;
-    for (int32_t place = 0; previews && previews->EntryAt(place, number, type); place++) {
-        const BaseContainer* preview = previews->GetContainer(number);
-        const int64_t image = preview ? preview->GetInt64(PictureOffset, 0) : 0;
-        if (image != 0 && !WriteId(file, library, { &record, PayloadKind::Preview, number, static_cast<uint64_t>(image) }))
-            return false;
-    }
+    for (const BaseContainer* previews : { oldPreviews, record.values.GetContainer(ItemPreviews) })
+        for (int32_t place = 0; previews && previews->EntryAt(place, number, type); place++) {
+            const BaseContainer* preview = previews->GetContainer(number);
+            const int64_t image = preview ? preview->GetInt64(PictureOffset, 0) : 0;
+            if (image != 0 && !WriteId(file, library, { &record, PayloadKind::Preview, number, static_cast<uint64_t>(image) }))
+                return false;
+        }
     return true;
 }
 
