@@ -198,7 +198,10 @@ int64_t FileBuffer::Length()
 
 bool FileBuffer::Sync()
 {
-    return (isUsable && Flush() && file->Sync()) || Fail();
+    if (!isUsable || !Flush())
+        return Fail();
+    hasLost = !file->Sync() || hasLost; // a disk tells it once
+    return !hasLost || Fail();
 }
 
 } // namespace vx3::core

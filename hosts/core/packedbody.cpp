@@ -132,7 +132,7 @@ bool PackedBody::IsUnchanged() const
 {
     for (const PackedNested* each = nested.load(std::memory_order_acquire); each; each = each->next) {
         const PackedBody* packed = PackedOf(each->container);
-        if (each->container.opaque && (!packed || packed->isChanged || !packed->IsUnchanged()))
+        if (!packed || packed->isChanged || !packed->IsUnchanged())
             return false;
     }
     return true;
@@ -194,6 +194,11 @@ bool PackedBody::HandNested(ContainerBody& plain, bool takesNested) const
     for (PackedNested* each = nested.load(std::memory_order_acquire); each;) {
         PackedNested* next = each->next;
         ContainerEntry* entry = plain.Find(each->key);
+        const bool isFilled = entry->value.container; // another reader asked for it since
+        if (isFilled && !takesNested) {
+            each = next;
+            continue;
+        }
         entry->value.container = takesNested ? &each->container : MakeNested();
         if (!entry->value.container || (!takesNested && !CopyContainer(*entry->value.container, each->container)))
             return false;

@@ -120,7 +120,8 @@ LibraryOutcome WriteNew(BrowserDatabase& library, const FilePath& file, const Fi
         return LibraryOutcome::ReadOnly;
     if (library.Flush(Force::Yes))
         return LibraryOutcome::Ok;
-    (void)RemoveFile(file);
+    if (library.HasFile()) // ours; another program's is left alone
+        (void)RemoveFile(file);
     if (IsProtected(folder))
         return LibraryOutcome::Protected;
     return IsMemoryShort(littleMemory) ? LibraryOutcome::NoMemory : LibraryOutcome::NotWritten;

@@ -44,10 +44,13 @@ public:
     int32_t GetId() const { return host->container->getId(&value); }
     bool SetId(int32_t id) { return host->container->setId(&value, id); }
     BaseContainer* FindContainer(int32_t key) { return Of(host->container->getContainer(&value, key)); }
+    // There is a nested container; where it is not found then, there was no memory for it.
+    bool HoldsContainer(int32_t key) const { return TypeOf(key) == VX3_VALUE_CONTAINER; }
     // The nested container, made empty if there is none; none without memory.
     BaseContainer* DemandContainer(int32_t key)
     {
-        if (BaseContainer* nested = FindContainer(key))
+        BaseContainer* nested = FindContainer(key);
+        if (nested || HoldsContainer(key))
             return nested;
         return host->container->setContainer(&value, key, nullptr) ? FindContainer(key) : nullptr;
     }

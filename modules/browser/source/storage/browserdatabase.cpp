@@ -110,9 +110,13 @@ bool BrowserDatabase::TakeItems(const String& name, const String& suffix)
 // An item that cannot be found would be made a second time.
 void BrowserDatabase::DropItems()
 {
-    WaitForHandles();
-    const WriteGuard guard(lock, rank);
-    state.items.Clear();
+    for (;;) {
+        WaitForHandles();
+        const WriteGuard guard(lock, rank);
+        LeaveIndex(); // somebody may have made one meanwhile
+        if (handles.load(std::memory_order_acquire) == 0)
+            return state.items.Clear();
+    }
 }
 
 void BrowserDatabase::LeaveIndex()
@@ -165,16 +169,19 @@ bool BrowserDatabase::FlushLocked(Force force, AllowRewrite allowRewrite, Ignore
 
 bool BrowserDatabase::WriteLocked()
 {
-    if (std::exchange(state.mustRewrite, false) && !RewriteLibrary(state)) {
+    const bool isDue = std::exchange(state.mustRewrite, false);
+    state.hasLostPayload = false;
+    if (isDue && !RewriteLibrary(state)) {
         state.mustRewrite = true;
         return false;
     }
+    const bool hasLost = isDue && state.hasLostPayload; // told once, with all else written
     if (!OpenForUpdate(state))
         return false;
     const bool isWritten = WriteChanges(state);
     const bool isClosed = CloseAfterUpdate(state);
     state.dirty = state.dirty || !isClosed;
-    return isWritten && isClosed;
+    return isWritten && isClosed && !hasLost;
 }
 
 bool BrowserDatabase::RewriteLocked()
@@ -196,7 +203,10 @@ bool BrowserDatabase::FreezeReadOnly(bool rewrite)
     state.readOnly = true;
     state.infoDirty = state.dirty = true;
     state.rewriteWanted = state.rewriteWanted || rewrite;
-    return FlushLocked(Force::Yes, AllowRewrite::Yes, IgnoreReadOnly::Yes);
+    if (FlushLocked(Force::Yes, AllowRewrite::Yes, IgnoreReadOnly::Yes))
+        return true;
+    state.readOnly = false; // so that what is not written yet still can be
+    return false;
 }
 
 void BrowserDatabase::ClearReadOnly()
@@ -276,6 +286,12 @@ bool BrowserDatabase::IsDirty() const
 {
     const ReadGuard guard(lock, rank);
     return state.dirty;
+}
+
+bool BrowserDatabase::HasFile() const
+{
+    const ReadGuard guard(lock, rank);
+    return state.endOffset != 0;
 }
 
 bool BrowserDatabase::IsDamaged() const

@@ -77,6 +77,7 @@ public:
     int32_t CountItems() const;
     bool IsReadOnly() const;
     bool IsDirty() const;
+    bool HasFile() const; // one that was loaded or made here
     bool IsDamaged() const;
     bool NeedsRewrite() const;
     bool IsReferenceCopy() const;

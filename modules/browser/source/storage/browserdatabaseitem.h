@@ -156,7 +156,7 @@ bool BrowserDatabaseItem::ApplyTo(int32_t key, Change change)
     return Apply([&](BaseContainer& values) {
         BaseContainer changed;
         const BaseContainer* old = values.GetContainer(key);
-        return (!old || changed.Set(*old)) && change(changed) && values.SetContainer(key, changed);
+        return (old ? changed.Set(*old) : !values.HoldsContainer(key)) && change(changed) && values.SetContainer(key, changed);
     });
 }
 

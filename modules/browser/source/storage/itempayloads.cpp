@@ -33,14 +33,19 @@ ChunkTag TagOf(PayloadKind kind)
 
 bool ListPayloads(ItemRecord& record, Array<PayloadReference>& payloads)
 {
-    if (const BaseContainer* data = record.values.GetContainer(ItemData))
+    const BaseContainer* data = record.values.GetContainer(ItemData);
+    const BaseContainer* previews = record.values.GetContainer(ItemPreviews);
+    if ((!data && record.values.HoldsContainer(ItemData)) || (!previews && record.values.HoldsContainer(ItemPreviews)))
+        return false;
+    if (data)
         if (const int64_t offset = data->GetInt64(DataOffset, 0); offset != 0)
             if (!payloads.Append({ &record, PayloadKind::Data, 0, static_cast<uint64_t>(offset) }))
                 return false;
-    const BaseContainer* previews = record.values.GetContainer(ItemPreviews);
     int32_t number = 0, type = 0;
     for (int32_t place = 0; previews && previews->EntryAt(place, number, type); place++) {
         const BaseContainer* preview = previews->GetContainer(number);
+        if (!preview && type == VX3_VALUE_CONTAINER)
+            return false;
         const int64_t offset = preview ? preview->GetInt64(PictureOffset, 0) : 0;
         if (offset != 0 && !payloads.Append({ &record, PayloadKind::Preview, number, static_cast<uint64_t>(offset) }))
             return false;
@@ -53,10 +58,10 @@ bool SetPayloadOffset(ItemRecord& record, PayloadKind kind, int32_t preview, uin
     const auto stored = static_cast<int64_t>(offset);
     if (kind == PayloadKind::Data) {
         BaseContainer* data = record.values.FindContainer(ItemData);
-        return data && data->SetInt64(DataOffset, stored);
+        return data && (data->GetInt64(DataOffset, 0) == stored || data->SetInt64(DataOffset, stored));
     }
     BaseContainer* found = FindPreview(record, preview);
-    return found && found->SetInt64(PictureOffset, stored);
+    return found && (found->GetInt64(PictureOffset, 0) == stored || found->SetInt64(PictureOffset, stored));
 }
 
 bool DataPath(const LibraryState& library, const ItemRecord& record, FilePath& path)

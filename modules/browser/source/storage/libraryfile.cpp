@@ -119,12 +119,13 @@ void TakeBack(LibraryState& library)
     library.dirty = true;
 }
 
-// A payload is in no memory, so that what the disk has of them is sorted out by a rewrite.
+// A payload is in no memory, and a deleted item in none any more, so that what the disk has of
+// them is sorted out by a rewrite.
 void NoteLoss(LibraryState& library)
 {
-    if (library.endOffset <= library.safeEnd)
+    if (library.endOffset <= library.safeEnd && !library.hasUnsafeDeletions)
         return;
-    if (!library.hasUnsafePayloads)
+    if (!library.hasUnsafePayloads && !library.hasUnsafeDeletions)
         return TakeBack(library);
     library.mustRewrite = library.dirty = true;
 }
@@ -163,13 +164,15 @@ bool CreateEmptyFile(LibraryState& library)
 bool OpenForUpdate(LibraryState& library)
 {
     if (library.openCount == 0) {
-        if (library.isResting && !library.file.IsUsable())
-            (void)Close(library);
+        if (library.isResting && !(library.file.IsUsable() && HasOwnDate(library))) {
+            (void)library.file.Close(); // what was written is on the disk, if it is still there
+            library.isResting = false;
+        }
         if (!library.isResting && !OpenAnew(library))
             return false;
         library.isResting = false;
         library.safeEnd = library.endOffset;
-        library.hasUnsafePayloads = false;
+        library.hasUnsafePayloads = library.hasUnsafeDeletions = false;
     }
     library.openCount++;
     return true;
@@ -191,6 +194,9 @@ bool RestAfterPayload(LibraryState& library)
         return CloseAfterUpdate(library) && false;
     library.openCount = 0;
     library.isResting = true;
+    library.stamp.length = library.file.Length();
+    if (!host->folder->date(library.filePath.Value(), VX3_DATE_MODIFIED, &library.stamp.date))
+        library.stamp = StampOf(library.filePath);
     return true;
 }
 

@@ -56,6 +56,7 @@ bool RemoveDeleted(LibraryState& library, ItemRecord& record)
 {
     if (record.chunk)
         (void)InvalidateChunk(library.file, record.chunk, ChunkTag::Item);
+    library.hasUnsafeDeletions = true;
     KillPayloads(library, record);
     if (!library.file.IsUsable())
         return false;

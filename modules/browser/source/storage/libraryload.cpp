@@ -272,7 +272,7 @@ bool Scan::ReadInfo()
         return false;
     library.readOnly = info.GetInt32(InfoReadOnly, 0) != 0;
     const BaseContainer* names = info.GetContainer(InfoNames);
-    return !names || Succeeded(library.localizedNames.Set(*names));
+    return Succeeded(names ? library.localizedNames.Set(*names) : !info.HoldsContainer(InfoNames));
 }
 
 bool Scan::ReadCategory()
@@ -285,7 +285,7 @@ bool Scan::ReadCategory()
     if (!Succeeded(ReadText(category, CategoryText, library.category)))
         return false;
     const BaseContainer* names = category.GetContainer(CategoryNames);
-    return !names || Succeeded(library.localizedNames.Set(*names));
+    return Succeeded(names ? library.localizedNames.Set(*names) : !category.HoldsContainer(CategoryNames));
 }
 
 // An info or category chunk behind the end of the log would be covered by the next write:

@@ -142,9 +142,9 @@ bool BrowserDatabase::MoveLibrary(const String& newPrefix)
     Array<int32_t> uses;
     if (state.items.PlaceCount() > 0 && !uses.Extend(state.items.PlaceCount()))
         return false;
-    for (size_t place = 0; place < state.items.PlaceCount(); place++)
-        if (ItemRecord* record = state.items.At(place); record && record->state == ItemState::Live)
-            uses[place] = TakeFromIndex(*record);
+    for (size_t place = state.items.PlaceCount(); place > 0; place--) // from behind, as others stand in the index
+        if (ItemRecord* record = state.items.At(place - 1); record && record->state == ItemState::Live)
+            uses[place - 1] = TakeFromIndex(*record);
     const bool areRenamed = RenameItems(oldName, name);
     state.libraryName = std::move(name);
     state.dirty = state.infoDirty = true;

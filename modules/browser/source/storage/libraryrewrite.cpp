@@ -164,6 +164,7 @@ bool Rewrite::CopyPayload(CopiedPayload& payload)
     BrowserDatabaseChunk header;
     const PayloadReference& old = payload.reference;
     payload.copy = lost;
+    library.hasLostPayload = true;
     if (!IsPayload(source, source.Length(), library, old, header))
         return source.IsUsable();
     if (!source.SeekTo(static_cast<int64_t>(old.offset)) || !ReadChunkPayload(source, bytes)
@@ -201,10 +202,12 @@ bool Rewrite::WriteWithoutLost(CopiedItem& item)
     for (size_t i = 0; i < item.payloadCount; i++) {
         const CopiedPayload& payload = payloads[item.firstPayload + i];
         const PayloadReference& old = payload.reference;
-        if (payload.copy == lost && old.kind == PayloadKind::Preview)
-            (void)copy.values.FindContainer(ItemPreviews)->Remove(old.preview);
-        else
-            (void)SetPayloadOffset(copy, old.kind, old.preview, payload.copy == lost ? 0 : payload.copy);
+        BaseContainer* previews = copy.values.FindContainer(ItemPreviews);
+        const bool isDone = payload.copy == lost && old.kind == PayloadKind::Preview
+            ? previews && previews->Remove(old.preview)
+            : SetPayloadOffset(copy, old.kind, old.preview, payload.copy == lost ? 0 : payload.copy);
+        if (!isDone)
+            return false;
     }
     return AppendItem(item, copy.values);
 }

@@ -86,11 +86,13 @@ struct LibraryState {
     bool damaged = false;
     bool dataInFile = true;
     bool rewriteWanted = false;
-    bool needsBackup = false;       // before the next write
-    bool hasUnsafePayloads = false; // behind `safeEnd`
-    bool mustRewrite = false;       // before anything is appended: the disk may have lost payloads
-    bool isDetached = false;        // memory has not what the file has, which is never written over then
-    bool isDisplaced = false;       // the file stands under its other name, since a renaming failed
+    bool needsBackup = false;        // before the next write
+    bool hasUnsafePayloads = false;  // behind `safeEnd`
+    bool hasUnsafeDeletions = false; // marked since the file was opened
+    bool mustRewrite = false;        // before anything is appended: the disk may have lost payloads
+    bool hasLostPayload = false;     // one that the disk did not have was left out of a rewrite
+    bool isDetached = false;         // memory has not what the file has, which is never written over then
+    bool isDisplaced = false;        // the file stands under its other name, since a renaming failed
 };
 
 // How the file is now.

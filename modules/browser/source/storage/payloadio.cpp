@@ -23,6 +23,8 @@ bool AppendPayload(LibraryState& library, PayloadKind kind, int32_t id, const vo
     if (!(isWritten ? RestAfterPayload(library) : CloseAfterUpdate(library) && false))
         return false;
     library.endOffset += static_cast<uint64_t>(chunkHeaderSize + size);
+    if (library.isResting)
+        library.safeEnd = library.endOffset;
     return true;
 }
 
@@ -38,6 +40,26 @@ bool KillPayload(LibraryState& library, const PayloadReference& payload)
 
 // --- Files beside the library ---
 
+namespace {
+
+// The old file goes when the new one stands in its place, and back if that fails.
+bool TakePlaceOf(const FilePath& path, const FilePath& fresh)
+{
+    FilePath old;
+    const bool isThere = host->folder->exists(path.Value());
+    if (!MakeSibling(path, ".old", old) || (isThere && (!RemoveFile(old) || !host->folder->rename(path.Value(), old.Value()))))
+        return false;
+    if (!host->folder->rename(fresh.Value(), path.Value())) {
+        if (isThere)
+            (void)host->folder->rename(old.Value(), path.Value());
+        return false;
+    }
+    (void)RemoveFile(old); // one that stays harms nobody
+    return true;
+}
+
+} // namespace
+
 // A file that is replaced goes when the new one is whole.
 bool WriteWholeFile(const FilePath& path, const void* bytes, int64_t size)
 {
@@ -47,7 +69,7 @@ bool WriteWholeFile(const FilePath& path, const void* bytes, int64_t size)
         return false;
     const bool isWritten = file.Write(bytes, size);
     const bool isClosed = file.Close();
-    if (isWritten && isClosed && RemoveFile(path) && host->folder->rename(fresh.Value(), path.Value()))
+    if (isWritten && isClosed && TakePlaceOf(path, fresh))
         return true;
     (void)RemoveFile(fresh);
     return false;
@@ -130,7 +152,7 @@ ContainerSlot::ContainerSlot(BaseContainer* outer, int32_t slotKey)
     , key(slotKey)
 {
     slot = parent ? parent->FindContainer(key) : nullptr;
-    isTemporary = !slot;
+    isTemporary = !slot && parent && !parent->HoldsContainer(key);
     if (parent && !slot)
         slot = parent->DemandContainer(key);
 }
