@@ -143,8 +143,10 @@ protected:
         files::remove_all(folder);
         files::create_directory(folder);
         const pid_t child = fork();
-        if (child == 0)
+        if (child == 0) {
+            setenv("TMPDIR", folder.c_str(), 1); // what its host leaves behind goes with the rest
             Worker(folder).Run(seed);
+        }
         while (!ReadLog(folder).isReady && waitpid(child, nullptr, WNOHANG) == 0)
             usleep(500);
         usleep(std::mt19937(seed)() % 30000);
