@@ -92,8 +92,7 @@ browser::DirectoryEntry ChildEntry(const browser::FilePath& folder, const std::u
 } // namespace
 
 Scene::Scene(const VX3GuiServices* gui)
-    : profile(MakeProfile())
-    , coreHost(Settings(profile, gui != nullptr))
+    : coreHost(Settings(profile.path, gui != nullptr))
     , table(*coreHost.Table())
 {
     table.gui = gui;
@@ -107,12 +106,21 @@ Scene::Scene(const VX3GuiServices* gui)
     Send(VX3_MESSAGE_ALL_LOADED);
 }
 
+TemporaryFolder::TemporaryFolder()
+    : path(MakeProfile())
+{
+}
+
+TemporaryFolder::~TemporaryFolder()
+{
+    std::error_code ignored;
+    std::filesystem::remove_all(path, ignored);
+}
+
 Scene::~Scene()
 {
     Send(VX3_MESSAGE_ENDING);
     vx3_main(VX3_ACTION_END, nullptr, nullptr, nullptr);
-    std::error_code ignored;
-    std::filesystem::remove_all(profile, ignored);
 }
 
 ContentRef Scene::AddFolder(const std::string& path)

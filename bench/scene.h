@@ -11,6 +11,17 @@
 
 namespace vx3::bench {
 
+class TemporaryFolder
+{
+public:
+    TemporaryFolder();
+    ~TemporaryFolder();
+    TemporaryFolder(const TemporaryFolder&) = delete;
+    TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+    std::string path;
+};
+
 class Scene
 {
 public:
@@ -27,7 +38,7 @@ public:
     browser::ContentRef AddMadeFolder(size_t childCount);
 
 private:
-    const std::string profile; // a temporary folder
+    const TemporaryFolder profile; // the host writes into it when it ends, so it goes last
     core::CoreHost coreHost;
     VX3Host table; // of the core host, with the GUI section if there is one
 };
